@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Installs the Debian packages the build, the tests and the benchmarks need, when any is missing.
+# Optional peers for the benchmarks (expat, libxml2, pugixml) are installed too; the library never needs them.
+set -euo pipefail
+
+required=(g++ cmake make pkg-config python3 zlib1g-dev libboost-dev libcurl4-openssl-dev
+          libgtest-dev libgmock-dev libbenchmark-dev libxml2-utils)
+optional=(libexpat1-dev libxml2-dev libpugixml-dev libboost-serialization-dev libcereal-dev)
+
+missing=()
+for pkg in "${required[@]}" "${optional[@]}"; do
+  dpkg-query -W -f='${Status}' "$pkg" 2>/dev/null | grep -q "install ok installed" || missing+=("$pkg")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+SUDO=""
+[ "$(id -u)" -ne 0 ] && SUDO="sudo"
+echo "Installing: ${missing[*]}" >&2
+$SUDO apt-get update -qq
+# Required packages must install; optional ones are tried one by one so a missing peer never stops the build.
+req_missing=()
+for pkg in "${missing[@]}"; do
+  [[ " ${required[*]} " == *" $pkg "* ]] && req_missing+=("$pkg")
+done
+if [ ${#req_missing[@]} -gt 0 ]; then
+  DEBIAN_FRONTEND=noninteractive $SUDO apt-get install -y -qq "${req_missing[@]}" >&2
+fi
+for pkg in "${missing[@]}"; do
+  [[ " ${required[*]} " == *" $pkg "* ]] && continue
+  DEBIAN_FRONTEND=noninteractive $SUDO apt-get install -y -qq "$pkg" >&2 || echo "optional package $pkg not installed" >&2
+done

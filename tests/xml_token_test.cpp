@@ -1,0 +1,106 @@
+#include <ZrToken.h>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <stdexcept>
+
+namespace {
+
+struct HashRuleCase {
+  const char* text;
+  const char* ns;
+  const char* token;
+};
+
+TEST(ZrToken, HashRuleSplitsAtTheFirstHash) {
+  const HashRuleCase cases[] = {
+      {"abc", "", "abc"}, {"u#v", "u", "v"}, {"a#b#c", "a", "b#c"}, {"#x", "", "x"}, {"ns#", "ns", ""}, {"", "", ""},
+  };
+  for (const auto& c : cases) {
+    ZrToken fromChars(c.text);
+    ZrToken fromString{std::string(c.text)};
+    ZrToken assigned;
+    assigned = std::string(c.text);
+    for (const ZrToken* t : {&fromChars, &fromString, &assigned}) {
+      EXPECT_EQ(t->xmlNamespace(), c.ns) << c.text;
+      EXPECT_EQ(t->token(), c.token) << c.text;
+      // The text form parses back to the same token.
+      EXPECT_EQ(ZrToken(t->namespaceAndToken()), *t) << c.text;
+    }
+  }
+}
+
+TEST(ZrToken, EqualityUsesBothTextsOrderingOnlyTheLocalName) {
+  ZrToken qualified("u#v"), plain("v");
+  EXPECT_EQ(qualified, ZrToken("u", "v"));
+  EXPECT_NE(qualified, plain);
+  EXPECT_FALSE(qualified < plain);
+  EXPECT_FALSE(plain < qualified);
+  EXPECT_TRUE(qualified == std::string("v"));
+  EXPECT_TRUE(plain == std::string("v"));
+  EXPECT_EQ(plain.namespaceAndToken(), "#v");
+
+  // A map keyed by tokens keeps one entry for names that differ only in namespace.
+  std::map<ZrToken, int> byName;
+  byName[qualified] = 1;
+  byName[plain] = 2;
+  ASSERT_EQ(byName.size(), 1u);
+  EXPECT_EQ(byName.begin()->first.xmlNamespace(), "u");
+  EXPECT_EQ(byName.begin()->second, 2);
+}
+
+TEST(ZrToken, AssignKeepsTheNamespaceAndDoesNotParse) {
+  ZrToken t("old", "x");
+  t.assign("a#b");
+  EXPECT_EQ(t.token(), "a#b");
+  EXPECT_EQ(t.xmlNamespace(), "old");
+  t = std::string("a#b");
+  EXPECT_EQ(t.xmlNamespace(), "a");
+  EXPECT_EQ(t.token(), "b");
+  t += "c";
+  EXPECT_EQ(t.token(), "bc");
+  ZrToken joined = t + "d";
+  EXPECT_EQ(joined.namespaceAndToken(), "a#bcd");
+}
+
+TEST(ZrToken, StripTrimsBothEndsButLeavesWhiteOnlyText) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"  a b\n", "a b"}, {" \t ", " \t "}, {"", ""}, {"\r\nx", "x"}, {"x \t", "x"}, {"x", "x"},
+  };
+  for (const auto& c : cases) {
+    ZrToken t("ns", c.first);
+    t.strip();
+    EXPECT_EQ(t.token(), c.second);
+    EXPECT_EQ(t.xmlNamespace(), "ns");
+  }
+}
+
+TEST(ZrToken, StringOperationsActOnTheTokenText) {
+  ZrToken t("ns", "element");
+  EXPECT_EQ(t.size(), 7u);
+  EXPECT_EQ(t.find("me"), 3u);
+  EXPECT_EQ(t.find('z'), std::string::npos);
+  EXPECT_EQ(t.substr(1, 3), "lem");
+  EXPECT_EQ(t.erase(0, 2), "ement");
+  EXPECT_THROW(t.erase(99, 1), std::out_of_range);
+  t.resize(2);
+  EXPECT_EQ(static_cast<const std::string&>(t), "em");
+  t.clear();
+  EXPECT_TRUE(t.empty());
+  EXPECT_EQ(t.xmlNamespace(), "ns");
+}
+
+TEST(ZrXmlConstants, CarryTheirNamesAndNamespaces) {
+  const std::string uri = ZrXml::libraryUri;
+  EXPECT_NE(uri.find("/namespace/cr"), std::string::npos);
+  EXPECT_EQ(ZrXml::ns.xmlNamespace(), uri);
+  EXPECT_TRUE(ZrXml::ns.token().empty());
+  EXPECT_EQ(ZrXml::ns.namespaceAndToken(), uri + "#");
+  EXPECT_EQ(ZrXml::ZrCountToken.token(), "size");
+  EXPECT_TRUE(ZrXml::ZrElementToken.xmlNamespace().empty());
+  EXPECT_EQ(ZrXml::ZrNullToken.xmlNamespace(), uri);
+  EXPECT_EQ(ZrXml::ZrVectorTypeToken.token(), "vectorType");
+  EXPECT_EQ(std::string(ZrXml::codeBaseVersion), "3.0.0");
+}
+
+}  // namespace
