@@ -7,6 +7,7 @@
 #include <ZrTypes.h>
 #include <ZrXmlSchema.h>
 
+#include <cstddef>
 #include <deque>
 #include <map>
 #include <ostream>
@@ -20,14 +21,62 @@
 //   4 content buffered, 5 end tag written.
 // The writer never closes its output stream. When the schema writer flag is set, the same calls
 // also feed the embedded schema generator.
+//
+// Shape of a document:
+//   header(root, schemaNamespace) writes the XML declaration and style-sheet lines, then "<root"
+//   with its namespace declarations and the xsi:schemaLocation pair, and pushes the root onto the
+//   element stack with its start tag still open (mode 1). The caller then writes the root's
+//   attributes (setAttributeName + data), its children, and closes it with one writeEndTag(). The
+//   caller does not call writeStartTag for the root after header.
+//
+// Namespaces:
+//   The root's namespace is the document's default namespace: header declares it as xmlns="..."
+//   right after the root's name, before the xmlns:xsi declaration. Without header, the first start
+//   tag's namespace becomes the default namespace and is declared the same way on that element, so
+//   headerless documents are namespace-correct too. Elements in the default namespace are written
+//   unprefixed. An element in another namespace is written prefix:name; its declaration is written
+//   once, on the first such element of a subtree, and its descendants in that namespace find it and
+//   use the same prefix (an unprefixed descendant would land in the default namespace).
+//   The prefix is the namespace's text after its last "/". Where that text cannot serve as a prefix
+//   (not an XML name, reserved "xml..." names, or "xsi" for anything but the schema-instance
+//   namespace) the prefix "ns<depth>" is used instead; the reader drops prefixes, so their spelling
+//   only matters for namespace-correctness. An empty prefix (namespace ending in "/") declares a new
+//   default namespace for the subtree; elements of the outer default namespace inside it then
+//   declare a prefix of their own, because declarations are looked up with shadowing in mind.
+//
+// Nil elements:
+//   An element closed without attributes or content is written with xsi:nil="true". When no
+//   xmlns:xsi declaration is in force (a document written without header) the nil element declares
+//   the schema-instance namespace itself, just before xsi:nil.
+//
+// Escaping:
+//   Attribute values and content are written exactly as given, without escaping: the reader expands
+//   no character or entity references, so escaping "&" or "<" here would change values on the way
+//   back in. Callers must not pass text that contains markup characters.
+//
+// Outside the call protocol:
+//   Content followed by a child start tag (mixed content) closes the parent's start tag and writes
+//   the buffered content before the child, so the output stays well-formed. An end tag or a value
+//   with no element open is reported and writes nothing. A content column count of 0 means content
+//   is never broken into rows. A writer made by the default constructor has no stream: it writes
+//   nothing and serves the schema feed alone.
 class ZrXmlWriter {
  public:
-  enum LANGUAGE { PLAIN_XML = 0, TOOLKIT_MARKUP = 1 };
+  enum LANGUAGE : int { PLAIN_XML = 0, TOOLKIT_MARKUP = 1 };
 
   struct ElementStruct {
+    ElementStruct();
+    ElementStruct(const ElementStruct& other);
+    ElementStruct& operator=(const ElementStruct& other);
+    ~ElementStruct();
+
     ZrToken element;
-    std::string qualifiedName;                       // what the end tag prints
-    std::map<std::string, std::string> namespaces;  // namespace URI -> prefix, in force at this element
+    std::string qualifiedName;  // what the end tag prints
+    // Namespace URI -> prefix declared on this element itself ("" for a default declaration). The
+    // declarations in force at an element are those of the element and its ancestors, nearer ones
+    // shadowing farther ones with the same prefix; keeping only the element's own declarations
+    // spares a map copy per start tag.
+    std::map<std::string, std::string> namespaces;
   };
 
   ZrXmlWriter();
@@ -64,9 +113,10 @@ class ZrXmlWriter {
 
   // Plain accessors.
   int mode() const { return m_theMode; }
-  ZrU32 depth() const { return static_cast<ZrU32>(m_theElementStack.size()); }
+  ZrU32 depth() const { return static_cast<ZrU32>(m_theDepth); }
   const std::string& typeName() const { return m_theTypeName; }
   const std::string& filename() const { return m_theFilename; }
+  const std::string& currentNamespace() const { return m_theCurrentNamespace; }
   bool schemaWriter() const { return m_theSchemaWriterFlag; }
   unsigned numOfContentColumns() const { return m_theNumOfContentColumns; }
   ZrXmlSchema& schema() { return m_theSchema; }
@@ -77,6 +127,9 @@ class ZrXmlWriter {
 
   // The schema file name that header() pairs with the namespace in xsi:schemaLocation.
   static std::string schemaFileName(const std::string& filename, const std::string& schemaNamespace);
+
+  // The XML Schema-instance namespace, declared with the prefix "xsi".
+  static const char* schemaInstanceUri();
 
   // Class-wide defaults, copied into each new writer.
   static const std::string& defaultIndent();
@@ -89,16 +142,36 @@ class ZrXmlWriter {
   static void setDefaultSchemaInstance(const std::string& schemaInstance);
   static const std::string& defaultSchemaLocation();
   static void setDefaultSchemaLocation(const std::string& schemaLocation);
+  static bool defaultSchemaWriter();
   static void setDefaultSchemaWriter(bool flag);
+  static bool defaultForWriteDefaultDataFlag();
   static void setDefaultForWriteDefaultDataFlag(bool flag);
   static void setDefaultLanguageSelection(LANGUAGE language);
 
  private:
+  struct ClassDefaults;
+  static ClassDefaults& classDefaults();
+
+  void put(const std::string& text);
+  void put(const char* text);
+  ElementStruct& pushElement(const ZrToken& token);
+  ElementStruct& innermost() { return m_theElementStack[m_theDepth - 1]; }
+  const std::string* prefixInForce(const std::string& xmlNamespace) const;
+  bool prefixReboundBelow(const std::string& prefix, size_t level) const;
+  std::string declarationPrefix(const std::string& xmlNamespace) const;
+  void closeOpenStartTag();
+  void startContent();
+  void writeNilEnding();
+  void writeContentAndEndTag();
+
   std::ostringstream m_theValueStream;
   std::ostream* m_theOutput;
   std::string m_theFilename;
   int m_theMode;
+  // Open elements, innermost at m_theDepth - 1. Entries beyond the depth are kept as spares and
+  // reused by later start tags, so that a steady document allocates nothing per tag.
   std::deque<ElementStruct> m_theElementStack;
+  size_t m_theDepth;
   std::string m_theCurrentNamespace;
   std::string m_theContentBuffer;
   ZrU32 m_theContentCount;
@@ -115,6 +188,8 @@ class ZrXmlWriter {
 };
 
 // Writes one value: records its schema type, formats it in the writer's value stream and passes the text to data().
+// Instantiated for bool, char, double, int, short, unsigned int, unsigned short, std::string, ZrAngle
+// (its value in radians) and ZrNonNegReal.
 template <class T>
 ZrXmlWriter& operator<<(ZrXmlWriter& writer, const T& value);
 

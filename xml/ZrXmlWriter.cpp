@@ -1,0 +1,566 @@
+#include "ZrXmlWriter.h"
+
+#include <ZrPrint.h>
+
+#include <cstring>
+
+#ifndef ZR_STYLESHEET_URL
+#define ZR_STYLESHEET_URL ""
+#endif
+#ifndef ZR_SCHEMA_URL
+#define ZR_SCHEMA_URL ""
+#endif
+
+namespace {
+
+const char* const theSchemaInstanceUri = "http://www.w3.org/2001/XMLSchema-instance";
+const char* const theXmlDeclaration = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>";
+const char* const theSchemaInstancePrefix = "xsi";
+
+// Content longer than this goes on a line of its own between the tags.
+const size_t theLongestInlineContent = 50;
+const ZrU32 theDefaultContentColumns = 10;
+
+// The text after the last '/', or all of it when there is none.
+std::string afterLastSlash(const std::string& text) {
+  size_t slash = text.rfind('/');
+  return slash == std::string::npos ? text : text.substr(slash + 1);
+}
+
+bool isNameStartByte(unsigned char c) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c >= 0x80;
+}
+
+bool isNameByte(unsigned char c) {
+  return isNameStartByte(c) || (c >= '0' && c <= '9') || c == '.' || c == '-';
+}
+
+// Whether text may stand as a namespace prefix: a name without ':' that does not begin with the
+// reserved letters "xml" in any case. Bytes above 127 are taken as name characters.
+bool isUsablePrefix(const std::string& text) {
+  if (text.empty() || !isNameStartByte(static_cast<unsigned char>(text[0]))) return false;
+  for (char c : text)
+    if (!isNameByte(static_cast<unsigned char>(c))) return false;
+  if (text.size() >= 3 && (text[0] | 0x20) == 'x' && (text[1] | 0x20) == 'm' && (text[2] | 0x20) == 'l') return false;
+  return true;
+}
+
+// Sets the five language-dependent texts; returns false, changing nothing, for an unknown language.
+bool applyLanguage(int language, std::string& indent, std::string& header, std::string& styleSheet,
+                   std::string& schemaInstance, std::string& schemaLocation) {
+  if (language != ZrXmlWriter::PLAIN_XML && language != ZrXmlWriter::TOOLKIT_MARKUP) return false;
+  indent = "  ";
+  header = theXmlDeclaration;
+  if (language == ZrXmlWriter::PLAIN_XML) {
+    styleSheet.clear();
+    schemaInstance.clear();
+    schemaLocation.clear();
+    return true;
+  }
+  styleSheet = std::string("<?xml-stylesheet type=\"text/xsl\" href=\"") + ZR_STYLESHEET_URL + "\"?>";
+  schemaInstance = std::string("xmlns:xsi=\"") + theSchemaInstanceUri + "\"";
+  schemaLocation = ZR_SCHEMA_URL;
+  return true;
+}
+
+// XML Schema names of the value types; every type not listed (int and unsigned int included) is "string".
+struct TypeName {
+  const std::type_info* info;
+  const char* name;
+};
+
+const TypeName theTypeNames[] = {
+    {&typeid(bool), "boolean"},      {&typeid(float), "float"},
+    {&typeid(double), "double"},     {&typeid(unsigned long), "unsignedLong"},
+    {&typeid(long), "long"},         {&typeid(unsigned short), "unsignedShort"},
+    {&typeid(short), "short"},       {&typeid(unsigned char), "unsignedByte"},
+    {&typeid(char), "byte"},
+};
+
+// Type information is compared by identity first; the name comparison covers type information
+// objects duplicated across shared-library boundaries.
+const char* schemaTypeName(const std::type_info& info) {
+  for (const TypeName& entry : theTypeNames)
+    if (info == *entry.info || std::strcmp(info.name(), entry.info->name()) == 0) return entry.name;
+  return "string";
+}
+
+}  // namespace
+
+struct ZrXmlWriter::ClassDefaults {
+  std::string m_theIndent = " ";
+  std::string m_theHeader = theXmlDeclaration;
+  std::string m_theStyleSheetLocation;
+  std::string m_theSchemaInstance;
+  std::string m_theSchemaLocation;
+  bool m_theWriteSchema = false;
+  bool m_theWriteDefaultDataFlag = true;
+};
+
+// Built on first use, so that writers constructed during static initialisation elsewhere see them.
+ZrXmlWriter::ClassDefaults& ZrXmlWriter::classDefaults() {
+  static ClassDefaults theDefaults;
+  return theDefaults;
+}
+
+ZrXmlWriter::ElementStruct::ElementStruct() = default;
+ZrXmlWriter::ElementStruct::ElementStruct(const ElementStruct& other) = default;
+ZrXmlWriter::ElementStruct& ZrXmlWriter::ElementStruct::operator=(const ElementStruct& other) = default;
+ZrXmlWriter::ElementStruct::~ElementStruct() = default;
+
+ZrXmlWriter::ZrXmlWriter()
+    : m_theOutput(nullptr),
+      m_theMode(0),
+      m_theDepth(0),
+      m_theContentCount(0),
+      m_theNumOfContentColumns(theDefaultContentColumns),
+      m_theWriteDefaultDataFlag(classDefaults().m_theWriteDefaultDataFlag),
+      m_theIndentString(classDefaults().m_theIndent),
+      m_theHeaderLine(classDefaults().m_theHeader),
+      m_theStyleSheetLine(classDefaults().m_theStyleSheetLocation),
+      m_theSchemaInstanceText(classDefaults().m_theSchemaInstance),
+      m_theSchemaLocationText(classDefaults().m_theSchemaLocation),
+      m_theSchemaWriterFlag(classDefaults().m_theWriteSchema) {}
+
+ZrXmlWriter::ZrXmlWriter(const std::string& filename, std::ostream& output) : ZrXmlWriter() {
+  m_theOutput = &output;
+  m_theFilename = filename;
+}
+
+ZrXmlWriter::ZrXmlWriter(const ZrXmlWriter& other)
+    : m_theOutput(other.m_theOutput),
+      m_theFilename(other.m_theFilename),
+      m_theMode(other.m_theMode),
+      m_theElementStack(other.m_theElementStack),
+      m_theDepth(other.m_theDepth),
+      m_theCurrentNamespace(other.m_theCurrentNamespace),
+      m_theContentBuffer(other.m_theContentBuffer),
+      m_theContentCount(other.m_theContentCount),
+      m_theNumOfContentColumns(other.m_theNumOfContentColumns),
+      m_theWriteDefaultDataFlag(other.m_theWriteDefaultDataFlag),
+      m_theIndentString(other.m_theIndentString),
+      m_theHeaderLine(other.m_theHeaderLine),
+      m_theStyleSheetLine(other.m_theStyleSheetLine),
+      m_theSchemaInstanceText(other.m_theSchemaInstanceText),
+      m_theSchemaLocationText(other.m_theSchemaLocationText),
+      m_theSchema(other.m_theSchema),
+      m_theSchemaWriterFlag(other.m_theSchemaWriterFlag),
+      m_theTypeName(other.m_theTypeName) {
+  m_theValueStream.copyfmt(other.m_theValueStream);
+  m_theValueStream.str(other.m_theValueStream.str());
+}
+
+ZrXmlWriter& ZrXmlWriter::operator=(const ZrXmlWriter& other) {
+  if (this == &other) return *this;
+  m_theValueStream.copyfmt(other.m_theValueStream);
+  m_theValueStream.str(other.m_theValueStream.str());
+  m_theValueStream.clear(other.m_theValueStream.rdstate());
+  m_theOutput = other.m_theOutput;
+  m_theFilename = other.m_theFilename;
+  m_theMode = other.m_theMode;
+  m_theElementStack = other.m_theElementStack;
+  m_theDepth = other.m_theDepth;
+  m_theCurrentNamespace = other.m_theCurrentNamespace;
+  m_theContentBuffer = other.m_theContentBuffer;
+  m_theContentCount = other.m_theContentCount;
+  m_theNumOfContentColumns = other.m_theNumOfContentColumns;
+  m_theWriteDefaultDataFlag = other.m_theWriteDefaultDataFlag;
+  m_theIndentString = other.m_theIndentString;
+  m_theHeaderLine = other.m_theHeaderLine;
+  m_theStyleSheetLine = other.m_theStyleSheetLine;
+  m_theSchemaInstanceText = other.m_theSchemaInstanceText;
+  m_theSchemaLocationText = other.m_theSchemaLocationText;
+  m_theSchema = other.m_theSchema;
+  m_theSchemaWriterFlag = other.m_theSchemaWriterFlag;
+  m_theTypeName = other.m_theTypeName;
+  return *this;
+}
+
+// The output stream belongs to the caller and stays open.
+ZrXmlWriter::~ZrXmlWriter() = default;
+
+// ---- output helpers ----
+
+void ZrXmlWriter::put(const std::string& text) {
+  if (m_theOutput) m_theOutput->write(text.data(), static_cast<std::streamsize>(text.size()));
+}
+
+void ZrXmlWriter::put(const char* text) {
+  if (m_theOutput) *m_theOutput << text;
+}
+
+void ZrXmlWriter::tab(unsigned count) {
+  for (unsigned i = 0; i < count; ++i) put(m_theIndentString);
+}
+
+// ---- namespaces ----
+
+// The prefix bound to xmlNamespace at the innermost open element, or null when the namespace is
+// not declared there. A declaration counts only while no nearer element rebinds its prefix.
+const std::string* ZrXmlWriter::prefixInForce(const std::string& xmlNamespace) const {
+  for (size_t level = m_theDepth; level-- > 0;) {
+    const auto& declarations = m_theElementStack[level].namespaces;
+    auto found = declarations.find(xmlNamespace);
+    if (found != declarations.end() && !prefixReboundBelow(found->second, level)) return &found->second;
+  }
+  return nullptr;
+}
+
+bool ZrXmlWriter::prefixReboundBelow(const std::string& prefix, size_t level) const {
+  for (size_t inner = level + 1; inner < m_theDepth; ++inner)
+    for (const auto& declaration : m_theElementStack[inner].namespaces)
+      if (declaration.second == prefix) return true;
+  return false;
+}
+
+// The prefix with which the element about to be pushed declares xmlNamespace.
+std::string ZrXmlWriter::declarationPrefix(const std::string& xmlNamespace) const {
+  std::string prefix = afterLastSlash(xmlNamespace);
+  if (prefix.empty()) return prefix;  // a default-namespace declaration
+  bool usable = isUsablePrefix(prefix) && (prefix != theSchemaInstancePrefix || xmlNamespace == theSchemaInstanceUri);
+  return usable ? prefix : "ns" + std::to_string(m_theDepth + 1);
+}
+
+// ---- element protocol ----
+
+ZrXmlWriter::ElementStruct& ZrXmlWriter::pushElement(const ZrToken& token) {
+  if (m_theDepth == m_theElementStack.size()) m_theElementStack.emplace_back();
+  ElementStruct& element = m_theElementStack[m_theDepth++];
+  element.element = token;
+  element.namespaces.clear();
+  return element;
+}
+
+// Ends the parent's start tag before a child. Buffered content (mixed content, outside the call
+// protocol) is written out first so that nothing is lost and the document stays well-formed.
+void ZrXmlWriter::closeOpenStartTag() {
+  if (m_theMode == 1 || m_theMode == 3) {
+    put(">\n");
+  } else if (m_theMode == 4) {
+    put(">");
+    put(m_theContentBuffer);
+    put("\n");
+  }
+}
+
+void ZrXmlWriter::startContent() {
+  m_theContentBuffer.clear();
+  m_theContentCount = 0;
+  m_theNumOfContentColumns = theDefaultContentColumns;
+  m_theMode = 1;
+}
+
+void ZrXmlWriter::writeStartTag(const ZrToken& token) {
+  const std::string& xmlNamespace = token.namespaceText();
+  const std::string& localName = token.tokenText();
+
+  const std::string* knownPrefix = nullptr;
+  std::string newPrefix;
+  bool declare = false;
+  if (xmlNamespace.empty()) {
+    Zr::Print::instance().write(Zr::PrintError, "ZrXmlWriter Error: All elements must have namespace: %s\n\tFile: %s\n",
+                                localName.c_str(), m_theFilename.c_str());
+  } else if (m_theDepth == 0) {
+    m_theCurrentNamespace = xmlNamespace;  // the document's default namespace, declared here
+    declare = true;
+  } else if ((knownPrefix = prefixInForce(xmlNamespace)) == nullptr) {
+    newPrefix = declarationPrefix(xmlNamespace);
+    declare = true;
+  }
+  const std::string& prefix = knownPrefix ? *knownPrefix : newPrefix;
+
+  // The prefix may live in a stack entry, so the qualified name is built before the push.
+  closeOpenStartTag();
+  tab(static_cast<unsigned>(m_theDepth));
+  put("<");
+  if (!prefix.empty()) {
+    put(prefix);
+    put(":");
+  }
+  put(localName);
+  if (declare) {
+    put(prefix.empty() ? " xmlns=\"" : " xmlns:");
+    if (!prefix.empty()) {
+      put(prefix);
+      put("=\"");
+    }
+    put(xmlNamespace);
+    put("\"");
+  }
+
+  std::string qualifiedName;
+  if (!prefix.empty()) qualifiedName.append(prefix).append(1, ':');
+  qualifiedName.append(localName);
+  ElementStruct& element = pushElement(token);
+  element.qualifiedName.swap(qualifiedName);
+  if (declare) element.namespaces.emplace(xmlNamespace, newPrefix);
+
+  startContent();
+  if (m_theSchemaWriterFlag) m_theSchema.writeStartTag(token, 1);
+}
+
+// The child takes its parent's namespace, so it never needs a declaration of its own.
+void ZrXmlWriter::writeStartTagUsingParentNamespace(const ZrToken& token) {
+  if (m_theDepth == 0) {
+    writeStartTag(token);
+    return;
+  }
+  writeStartTag(ZrToken(m_theElementStack[m_theDepth - 1].element.namespaceText(), token.tokenText()));
+}
+
+void ZrXmlWriter::setAttributeName(const ZrToken& token) {
+  const std::string* prefix = nullptr;
+  if (!token.namespaceText().empty()) {
+    Zr::Print::instance().write(Zr::PrintError,
+                                "ZrXmlWriter Error: no namespace on attributes preferred: %s\n\tFile: %s\n",
+                                token.tokenText().c_str(), m_theFilename.c_str());
+    prefix = prefixInForce(token.namespaceText());
+    if (!prefix)
+      Zr::Print::instance().write(Zr::PrintError,
+                                  "ZrXmlWriter Error: attribute namespace doesn't exist: %s\n\tFile: %s\n",
+                                  token.tokenText().c_str(), m_theFilename.c_str());
+  }
+  put(" ");
+  if (prefix && !prefix->empty()) {
+    put(*prefix);
+    put(":");
+  }
+  put(token.tokenText());
+  put("=");
+  m_theMode = 2;
+}
+
+void ZrXmlWriter::attributeValue(const std::string& text) {
+  put("\"");
+  put(text);
+  put("\"");
+  m_theMode = 3;
+}
+
+// Items are separated by one blank; every numOfContentColumns items a new row begins, indented by
+// two blanks per open element.
+void ZrXmlWriter::content(const std::string& text) {
+  if (m_theContentCount != 0) {
+    if (m_theNumOfContentColumns != 0 && m_theContentCount % m_theNumOfContentColumns == 0) {
+      m_theContentBuffer.push_back('\n');
+      for (size_t level = 0; level < m_theDepth; ++level) m_theContentBuffer.append("  ");
+    } else {
+      m_theContentBuffer.push_back(' ');
+    }
+  }
+  m_theContentBuffer.append(text);
+  ++m_theContentCount;
+  m_theMode = 4;
+}
+
+void ZrXmlWriter::data(const std::string& text) {
+  switch (m_theMode) {
+    case 2:
+      attributeValue(text);
+      return;
+    case 1:
+    case 3:
+    case 4:
+      content(text);
+      return;
+    default: {
+      const char* element = m_theDepth ? m_theElementStack[m_theDepth - 1].element.tokenText().c_str() : "";
+      Zr::Print::instance().write(Zr::PrintError,
+                                  "ZrXmlWriter Error: element %s is placing content at incorrect location.\n\tFile: %s\n",
+                                  element, m_theFilename.c_str());
+    }
+  }
+}
+
+void ZrXmlWriter::writeNilEnding() {
+  const std::string* prefix = prefixInForce(theSchemaInstanceUri);
+  if (!prefix || *prefix != theSchemaInstancePrefix) {
+    put(" xmlns:xsi=\"");
+    put(theSchemaInstanceUri);
+    put("\"");
+  }
+  put(" xsi:nil=\"true\"/>\n");
+}
+
+void ZrXmlWriter::writeContentAndEndTag() {
+  put(">");
+  if (m_theContentBuffer.size() <= theLongestInlineContent) {
+    put(m_theContentBuffer);
+  } else {
+    put("\n");
+    tab(static_cast<unsigned>(m_theDepth));
+    put(m_theContentBuffer);
+    put("\n");
+    tab(static_cast<unsigned>(m_theDepth - 1));
+  }
+  m_theContentBuffer.clear();
+  put("</");
+  put(innermost().qualifiedName);
+  put(">\n");
+}
+
+void ZrXmlWriter::writeEndTag() {
+  bool closable = m_theDepth != 0 && (m_theMode == 1 || m_theMode == 3 || m_theMode == 4 || m_theMode == 5);
+  if (!closable) {
+    Zr::Print::instance().write(Zr::PrintError, "ZrXmlWriter Error: end tag following incorrect mode %d.  File %s\n",
+                                m_theMode, m_theFilename.c_str());
+  } else if (m_theMode == 1) {
+    writeNilEnding();
+  } else if (m_theMode == 3) {
+    put("/>\n");
+  } else if (m_theMode == 4) {
+    writeContentAndEndTag();
+  } else {
+    tab(static_cast<unsigned>(m_theDepth - 1));
+    put("</");
+    put(innermost().qualifiedName);
+    put(">\n");
+  }
+  if (m_theDepth != 0) --m_theDepth;
+  m_theMode = 5;
+}
+
+void ZrXmlWriter::setNumOfContentColumns(unsigned columns) { m_theNumOfContentColumns = columns; }
+
+// ---- document header ----
+
+std::string ZrXmlWriter::schemaFileName(const std::string& filename, const std::string& schemaNamespace) {
+  std::string base = filename.substr(0, filename.rfind('.'));
+  size_t separator = base.find_last_of("\\/");
+  if (separator != std::string::npos) base.erase(0, separator + 1);
+  base = afterLastSlash(base);
+  return base + "." + afterLastSlash(schemaNamespace) + ".xsd";
+}
+
+const char* ZrXmlWriter::schemaInstanceUri() { return theSchemaInstanceUri; }
+
+void ZrXmlWriter::header(const ZrToken& root, const std::string& schemaNamespace) {
+  if (!m_theHeaderLine.empty()) {
+    put(m_theHeaderLine);
+    put("\n");
+  }
+  if (!m_theStyleSheetLine.empty()) {
+    put(m_theStyleSheetLine);
+    put("\n");
+  }
+
+  const std::string& xmlNamespace = root.namespaceText();
+  m_theCurrentNamespace = xmlNamespace;
+  closeOpenStartTag();
+  ElementStruct& element = pushElement(root);
+  element.qualifiedName = root.tokenText();
+  element.namespaces.emplace(theSchemaInstanceUri, theSchemaInstancePrefix);
+  if (!xmlNamespace.empty()) element.namespaces.emplace(xmlNamespace, "");
+
+  put("<");
+  put(root.tokenText());
+  if (!xmlNamespace.empty()) {
+    put(" xmlns=\"");
+    put(xmlNamespace);
+    put("\"");
+  }
+  put(" xmlns:xsi=\"");
+  put(theSchemaInstanceUri);
+  put("\"\n  xsi:schemaLocation=\"");
+  put(schemaNamespace);
+  put("\n  ");
+  put(schemaFileName(m_theFilename, schemaNamespace));
+  put("\"");
+
+  // The root's start tag stays open: its attributes and children follow, one writeEndTag closes it.
+  startContent();
+  if (m_theSchemaWriterFlag) m_theSchema.writeStartTag(root, 1);
+}
+
+// ---- values ----
+
+void ZrXmlWriter::type(const std::type_info& info) {
+  m_theTypeName = schemaTypeName(info);
+  if (m_theSchemaWriterFlag) m_theSchema.setType(info);
+}
+
+namespace {
+
+template <class T>
+void writeValue(ZrXmlWriter& writer, const T& value) {
+  std::ostringstream& stream = writer.valueStream();
+  stream << value;
+  writer.data(stream.str());
+  stream.str(std::string());
+  stream.clear();
+}
+
+void writeValue(ZrXmlWriter& writer, const ZrAngle& angle) { writeValue(writer, angle.value()); }
+
+void writeValue(ZrXmlWriter& writer, const ZrNonNegReal& real) { writeValue(writer, real.value()); }
+
+// A string is its own text: the formatting stream would only copy it twice.
+void writeValue(ZrXmlWriter& writer, const std::string& text) { writer.data(text); }
+
+}  // namespace
+
+template <class T>
+ZrXmlWriter& operator<<(ZrXmlWriter& writer, const T& value) {
+  writer.type(typeid(T));
+  writeValue(writer, value);
+  return writer;
+}
+
+template ZrXmlWriter& operator<<(ZrXmlWriter&, const bool&);
+template ZrXmlWriter& operator<<(ZrXmlWriter&, const char&);
+template ZrXmlWriter& operator<<(ZrXmlWriter&, const double&);
+template ZrXmlWriter& operator<<(ZrXmlWriter&, const int&);
+template ZrXmlWriter& operator<<(ZrXmlWriter&, const short&);
+template ZrXmlWriter& operator<<(ZrXmlWriter&, const unsigned int&);
+template ZrXmlWriter& operator<<(ZrXmlWriter&, const unsigned short&);
+template ZrXmlWriter& operator<<(ZrXmlWriter&, const std::string&);
+template ZrXmlWriter& operator<<(ZrXmlWriter&, const ZrAngle&);
+template ZrXmlWriter& operator<<(ZrXmlWriter&, const ZrNonNegReal&);
+
+// ---- settings ----
+
+const std::string& ZrXmlWriter::indent() const { return m_theIndentString; }
+void ZrXmlWriter::setIndent(const std::string& indent) { m_theIndentString = indent; }
+const std::string& ZrXmlWriter::header() const { return m_theHeaderLine; }
+void ZrXmlWriter::setHeader(const std::string& header) { m_theHeaderLine = header; }
+const std::string& ZrXmlWriter::styleSheet() const { return m_theStyleSheetLine; }
+void ZrXmlWriter::setStyleSheet(const std::string& styleSheet) { m_theStyleSheetLine = styleSheet; }
+const std::string& ZrXmlWriter::schemaInstance() const { return m_theSchemaInstanceText; }
+void ZrXmlWriter::setSchemaInstance(const std::string& schemaInstance) { m_theSchemaInstanceText = schemaInstance; }
+const std::string& ZrXmlWriter::schemaLocation() const { return m_theSchemaLocationText; }
+void ZrXmlWriter::setSchemaLocation(const std::string& schemaLocation) { m_theSchemaLocationText = schemaLocation; }
+ZrBoolean ZrXmlWriter::writeDefaultDataFlag() const { return m_theWriteDefaultDataFlag; }
+void ZrXmlWriter::setWriteDefaultDataFlag(ZrBoolean flag) { m_theWriteDefaultDataFlag = flag; }
+void ZrXmlWriter::setSchemaWriter(bool flag) { m_theSchemaWriterFlag = flag; }
+
+void ZrXmlWriter::setLanguageSelection(LANGUAGE language) {
+  applyLanguage(language, m_theIndentString, m_theHeaderLine, m_theStyleSheetLine, m_theSchemaInstanceText,
+                m_theSchemaLocationText);
+}
+
+const std::string& ZrXmlWriter::defaultIndent() { return classDefaults().m_theIndent; }
+void ZrXmlWriter::setDefaultIndent(const std::string& indent) { classDefaults().m_theIndent = indent; }
+const std::string& ZrXmlWriter::defaultHeader() { return classDefaults().m_theHeader; }
+void ZrXmlWriter::setDefaultHeader(const std::string& header) { classDefaults().m_theHeader = header; }
+const std::string& ZrXmlWriter::defaultStyleSheet() { return classDefaults().m_theStyleSheetLocation; }
+void ZrXmlWriter::setDefaultStyleSheet(const std::string& styleSheet) {
+  classDefaults().m_theStyleSheetLocation = styleSheet;
+}
+const std::string& ZrXmlWriter::defaultSchemaInstance() { return classDefaults().m_theSchemaInstance; }
+void ZrXmlWriter::setDefaultSchemaInstance(const std::string& schemaInstance) {
+  classDefaults().m_theSchemaInstance = schemaInstance;
+}
+const std::string& ZrXmlWriter::defaultSchemaLocation() { return classDefaults().m_theSchemaLocation; }
+void ZrXmlWriter::setDefaultSchemaLocation(const std::string& schemaLocation) {
+  classDefaults().m_theSchemaLocation = schemaLocation;
+}
+bool ZrXmlWriter::defaultSchemaWriter() { return classDefaults().m_theWriteSchema; }
+void ZrXmlWriter::setDefaultSchemaWriter(bool flag) { classDefaults().m_theWriteSchema = flag; }
+bool ZrXmlWriter::defaultForWriteDefaultDataFlag() { return classDefaults().m_theWriteDefaultDataFlag; }
+void ZrXmlWriter::setDefaultForWriteDefaultDataFlag(bool flag) { classDefaults().m_theWriteDefaultDataFlag = flag; }
+
+void ZrXmlWriter::setDefaultLanguageSelection(LANGUAGE language) {
+  ClassDefaults& defaults = classDefaults();
+  applyLanguage(language, defaults.m_theIndent, defaults.m_theHeader, defaults.m_theStyleSheetLocation,
+                defaults.m_theSchemaInstance, defaults.m_theSchemaLocation);
+}
