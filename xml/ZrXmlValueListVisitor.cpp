@@ -24,8 +24,8 @@ void ZrXmlValueListVisitor::visit(const ZrXmlCompoundType* compound) {
   }
   ++m_theDepth;
   compound->forEachComponent([this](const ZrToken& token, const ZrXmlObject* component,
-                                    ZrXmlCompoundType::ComponentKind kind, bool) {
-    if (!component) return;
+                                    ZrXmlCompoundType::ComponentKind kind, bool readOnly) {
+    if (!component || readOnly) return;
     const std::string::size_type parentLength = m_thePath.size();
     m_thePath += kind == ZrXmlCompoundType::ATTRIBUTE_COMPONENT ? "/@" : "/";
     m_thePath += token.tokenText();

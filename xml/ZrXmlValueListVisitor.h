@@ -8,7 +8,7 @@
 #include <string>
 
 // Lists every value of an object tree as one "path = value" line, in the order a written document
-// holds them. A path joins the tokens from the root with "/"; an attribute's name is marked by "@":
+// holds them; read-only registrations, which are never written, are left out. A path joins the tokens from the root with "/"; an attribute's name is marked by "@":
 //   robotCell/@name = Assembly cell 4
 //   robotCell/loader/mode = automatic
 //   robotCell/loader/shoulder/lower = -2.61799
