@@ -122,7 +122,7 @@ TEST(ZrXmlReaderInclude, ResolvesReferencesAgainstTheIncludingDocument) {
     reader.setHttpIncludesAllowed(false);  // no row may reach the network
     items(reader);
     ASSERT_EQ(capture.count(), 1u) << row.href << capture.all();
-    const std::string& message = capture.texts()[0];
+    const std::string message = capture.texts()[0];
     const bool http = std::string(row.fullName).rfind("http://", 0) == 0;
     const std::string expected = http ? std::string("switched off; include skipped: ") + row.fullName + "\n"
                                       : std::string("not able to open file: ") + row.fullName + "\n";
