@@ -58,22 +58,23 @@ ZrBoolean ZrXmlEnumType<T>::read(ZrXmlReader& reader) {
   if (!result) return result;
   std::string name;
   bool found = elementText(reader, name);
-  return readName(reader, found, name);
+  return readName(reader, found, name, __PRETTY_FUNCTION__);
 }
 
 template <class T>
 ZrBoolean ZrXmlEnumType<T>::readAttribute(ZrXmlReader& reader) {
   ZrBoolean result = ZrXmlObject::read(reader);
   if (!result) return result;
-  if (reader.remainingNumOfAttributes() == 0) return readName(reader, false, std::string());
-  return readName(reader, true, reader.attributeValue());
+  if (reader.remainingNumOfAttributes() == 0) return readName(reader, false, std::string(), __PRETTY_FUNCTION__);
+  return readName(reader, true, reader.attributeValue(), __PRETTY_FUNCTION__);
 }
 
-// Reports missing data, then looks the name up: an unknown name fails without a message of its own.
+// Reports missing data under the reading function's signature, then looks the name up: an unknown
+// name fails without a message of its own.
 template <class T>
-ZrBoolean ZrXmlEnumType<T>::readName(ZrXmlReader& reader, bool found, const std::string& name) {
+ZrBoolean ZrXmlEnumType<T>::readName(ZrXmlReader& reader, bool found, const std::string& name, const char* signature) {
   if (!found) {
-    Zr::Print::instance().ostream(Zr::PrintError, __PRETTY_FUNCTION__)
+    Zr::Print::instance().ostream(Zr::PrintError, signature)
         << "ZrXmlEnumType Error: file not valid.\n\t" << "No data found.\n\tFile: " << reader.filename()
         << "\n\tLine: " << reader.lineCountOfFile() << '\n';
   }

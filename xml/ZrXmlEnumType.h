@@ -71,7 +71,7 @@ class ZrXmlEnumType : public ZrBaseXmlBasicType {
   const std::vector<NamedValue>& names() const { return m_theNames; }
 
  private:
-  ZrBoolean readName(ZrXmlReader& reader, bool found, const std::string& name);
+  ZrBoolean readName(ZrXmlReader& reader, bool found, const std::string& name, const char* signature);
 
   T m_theValue;
   // One table of (value, name) pairs, so that a value and its name can never drift apart.
