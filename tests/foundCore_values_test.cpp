@@ -1,8 +1,6 @@
-#include <ZrAngle.h>
 #include <ZrNonNegReal.h>
 #include <ZrNumberText.h>
 #include <ZrOrientation.h>
-#include <ZrVector.h>
 #include <gtest/gtest.h>
 
 #include <cfloat>
@@ -65,19 +63,6 @@ TEST(ZrOrientation, NormalizeScalesToUnitLengthAndMakesDegenerateInputTheIdentit
     q.normalize();
     EXPECT_EQ(q, ZrOrientation());
   }
-}
-
-TEST(ZrValueOrdering, VectorsAndOrientationsOrderLexicographically) {
-  EXPECT_TRUE(ZrVector(1, 5, 5) < ZrVector(2, 0, 0));
-  EXPECT_TRUE(ZrVector(1, 2, 3) < ZrVector(1, 2, 4));
-  EXPECT_FALSE(ZrVector(1, 2, 3) < ZrVector(1, 2, 3));
-  EXPECT_TRUE(ZrOrientation(1, 0, 0, 0) < ZrOrientation(1, 0, 0, 1));
-  EXPECT_FALSE(ZrOrientation(1, 0, 0, 1) < ZrOrientation(1, 0, 0, 0));
-}
-
-TEST(ZrAngle, KeepsTurnsBeyondOneRevolution) {
-  EXPECT_DOUBLE_EQ(ZrAngle::fromDegrees(540.0).degrees(), 540.0);
-  EXPECT_DOUBLE_EQ(ZrAngle::fromDegrees(180.0).value(), 3.14159265358979323846);
 }
 
 }  // namespace

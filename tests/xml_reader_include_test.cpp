@@ -130,31 +130,6 @@ TEST(ZrXmlReaderInclude, ResolvesReferencesAgainstTheIncludingDocument) {
   }
 }
 
-TEST(ZrXmlReaderInclude, ParseHrefSplitsHostDirectoryAndFile) {
-  const struct {
-    const char* href;
-    const char* host;
-    const char* directory;
-    const char* file;
-  } rows[] = {
-      {"http://server/dir/f.xml", "http://server", "dir", "f.xml"},
-      {"http://server:8080\\f.xml", "http://server:8080", "", "f.xml"},
-      {"http://server", "http://server", "", ""},
-      {"a\\b/c.xml", "", "a\\b", "c.xml"},
-      {"/f.xml", "", "", "f.xml"},
-      {"f.xml", "", "", "f.xml"},
-      {"", "", "", ""},
-  };
-  ZrXmlReader reader;
-  std::string host = "old", directory = "old", file = "old";
-  for (const auto& row : rows) {
-    reader.parseHref(row.href, host, directory, file);
-    EXPECT_EQ(host, row.host) << row.href;
-    EXPECT_EQ(directory, row.directory) << row.href;
-    EXPECT_EQ(file, row.file) << row.href;
-  }
-}
-
 TEST(ZrXmlReaderInclude, BackslashJointNamesADirectoryOfThatName) {
   ZrTest::TempDir dir;
   dir.write("docs\\sub/part.xml", "<part/>");

@@ -17,6 +17,14 @@ class ZrXmlObject;
 // elements (<ZrInclude type="simple" href="..."/>) pull in other files or HTTP references
 // transparently, checks each document's root "version" attribute once, and owns the factory through
 // which objects are created by element name while reading. Every query goes to the file reader on top.
+//
+// An include that cannot be followed (faulty attributes, a document that does not open, a limit below)
+// is reported and skipped, and reading goes on after the include element in the including document;
+// the message about a document that does not open names the resolved full name. An include element
+// written with content and an end tag is skipped up to that end tag, so that the element never shows.
+//
+// Copies: a copy goes on from the same position. It shares the reader's factory and the streams of
+// included documents still open (see the members below); neither is ever deleted twice.
 class ZrXmlReader {
  public:
   typedef ZrXmlObject* (*Creator)();
