@@ -9,6 +9,9 @@
 #include <ZrXmlWriter.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <functional>
+#include <limits>
 #include <sstream>
 #include <string>
 
@@ -241,5 +244,59 @@ TEST(ZrXmlVectorStream, AppendedElementsJoinTheBody) {
 }
 
 #undef B
+
+}  // namespace
+
+namespace {
+
+// Reals in arrays and vectors take a short way around the writer's stream; the text must be the
+// stream's own, at its default state, at a raised precision, and (through the stream) in other states.
+TEST(ZrXmlRealText, RealsAreWrittenAsTheStreamWritesThem) {
+  const std::vector<double> reals = {0.0, -0.0, 0.1, -1.5, 1e-5, 1.23456789e21, 123456.5, 1234567.0, 5e-324,
+                                     1.0 / 3.0, std::numeric_limits<double>::infinity(), std::nan("")};
+  const std::function<void(std::ostringstream&)> states[] = {
+      [](std::ostringstream&) {},
+      [](std::ostringstream& stream) { stream.precision(17); },
+      [](std::ostringstream& stream) { stream.setf(std::ios_base::fixed, std::ios_base::floatfield); },
+      [](std::ostringstream& stream) { stream.setf(std::ios_base::showpos); },
+  };
+  const ZrToken root("urn:test", "r"), point("urn:test", "p"), array("urn:test", "a");
+  for (const auto& state : states) {
+    std::ostringstream viaObjects, viaStream;
+    ZrXmlWriter objects("a.xml", viaObjects), stream("a.xml", viaStream);
+    state(objects.valueStream());
+    state(stream.valueStream());
+    objects.writeStartTag(root);
+    stream.writeStartTag(root);
+    ZrXmlVectorType<ZrXmlBasicType<double>> values;
+    for (double real : reals) {
+      values.pushBack(real);
+      objects.writeStartTag(point);
+      ZrXmlVector(real, -real, real * 2).write(objects);
+      objects.writeEndTag();
+      stream.writeStartTag(point);
+      stream.setAttributeName(ZrXml::ZrVectorXToken);
+      stream << real;
+      stream.setAttributeName(ZrXml::ZrVectorYToken);
+      stream << -real;
+      stream.setAttributeName(ZrXml::ZrVectorZToken);
+      stream << real * 2;
+      stream.writeEndTag();
+    }
+    objects.writeStartTag(array);
+    values.write(objects);
+    objects.writeEndTag();
+    stream.writeStartTag(array);
+    stream.setAttributeName(ZrXml::ZrCountToken);
+    stream << static_cast<unsigned int>(reals.size());
+    stream.writeStartTagUsingParentNamespace(ZrXml::ZrGroupToken);
+    for (double real : reals) stream << real;
+    stream.writeEndTag();
+    stream.writeEndTag();
+    objects.writeEndTag();
+    stream.writeEndTag();
+    EXPECT_EQ(viaObjects.str(), viaStream.str());
+  }
+}
 
 }  // namespace
