@@ -1,5 +1,302 @@
 #include "ZrIfHttpStream.h"
 
-ZrIfHttpStream::ZrIfHttpStream(const char*, int) : std::istream(nullptr) { setstate(std::ios::failbit); }
+#include <ZrPrint.h>
+#include <curl/curl.h>
 
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <streambuf>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct HttpDefaults {
+  long connectTimeoutMs = 10000;
+  long timeoutMs = 0;
+  long stallTimeoutMs = 30000;
+  unsigned long long maxBodySize = 0;
+  long maxRedirects = 5;
+};
+
+HttpDefaults& httpDefaults() {
+  static HttpDefaults defaults;
+  return defaults;
+}
+
+// libcurl wants one global initialisation before the first handle; a function-local static does it
+// exactly once. The matching cleanup is left to process exit, since streams may live until then.
+void initialiseCurlOnce() {
+  static const bool initialised = curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
+  (void)initialised;
+}
+
+// How much body the stream holds before it asks libcurl to pause. libcurl hands over at most one
+// receive buffer (16 KiB by default) per callback, so the window never grows far beyond this.
+const size_t theWindowHighWater = 64 * 1024;
+
+}  // namespace
+
+// The stream buffer behind ZrIfHttpStream: a libcurl transfer driven through the multi interface on
+// demand, from underflow(). Body bytes land in a window; when the window is full the transfer is
+// paused and resumed only once the reader has consumed the window.
+class ZrHttpStreamBuffer : public std::streambuf {
+ public:
+  ZrHttpStreamBuffer(std::istream& owner, const char* url);
+  ~ZrHttpStreamBuffer() override;
+  ZrHttpStreamBuffer(const ZrHttpStreamBuffer&) = delete;
+  ZrHttpStreamBuffer& operator=(const ZrHttpStreamBuffer&) = delete;
+
+  // Starts the transfer and drives it until the response headers are in; false when the stream
+  // cannot deliver the document (the reason has been printed).
+  bool open();
+  long status() const { return m_theStatus; }
+
+ protected:
+  int_type underflow() override;
+
+ private:
+  static size_t receiveBody(char* data, size_t size, size_t count, void* self);
+  static size_t receiveHeader(char* data, size_t size, size_t count, void* self);
+
+  void configure();
+  template <typename Condition>
+  void driveWhile(Condition keepGoing);
+  void step();
+  void stopTransfer();
+  bool stalled();
+  bool reportFailure();
+  void error(const char* what);
+
+  std::istream& m_theOwner;
+  std::string m_theUrl;
+  CURL* m_theEasy;
+  CURLM* m_theMulti;
+  std::vector<char> m_theWindow;
+  bool m_thePaused;
+  bool m_theHeadersComplete;
+  bool m_theDone;
+  bool m_theReported;
+  bool m_theLimitExceeded;
+  CURLcode m_theResult;
+  long m_theStatus;
+  unsigned long long m_theReceived;
+  unsigned long long m_theMaxBodySize;
+  long m_theStallTimeoutMs;
+  std::chrono::steady_clock::time_point m_theLastActivity;  // when a byte last arrived or the wait began
+  char m_theErrorText[CURL_ERROR_SIZE];
+};
+
+ZrHttpStreamBuffer::ZrHttpStreamBuffer(std::istream& owner, const char* url)
+    : m_theOwner(owner),
+      m_theUrl(url ? url : ""),
+      m_theEasy(nullptr),
+      m_theMulti(nullptr),
+      m_thePaused(false),
+      m_theHeadersComplete(false),
+      m_theDone(false),
+      m_theReported(false),
+      m_theLimitExceeded(false),
+      m_theResult(CURLE_OK),
+      m_theStatus(0),
+      m_theReceived(0),
+      m_theMaxBodySize(httpDefaults().maxBodySize),
+      m_theStallTimeoutMs(httpDefaults().stallTimeoutMs),
+      m_theLastActivity(std::chrono::steady_clock::now()) {
+  m_theErrorText[0] = '\0';
+  m_theWindow.reserve(theWindowHighWater + CURL_MAX_WRITE_SIZE);
+}
+
+ZrHttpStreamBuffer::~ZrHttpStreamBuffer() { stopTransfer(); }
+
+void ZrHttpStreamBuffer::error(const char* what) {
+  Zr::Print::instance().write(Zr::PrintError, "ZrIfHttpStream Error: %s\n\tURL: %s\n", what, m_theUrl.c_str());
+}
+
+void ZrHttpStreamBuffer::configure() {
+  const HttpDefaults& defaults = httpDefaults();
+  curl_easy_setopt(m_theEasy, CURLOPT_URL, m_theUrl.c_str());
+  // A reference taken from a document must not reach files or other services of this machine.
+  curl_easy_setopt(m_theEasy, CURLOPT_PROTOCOLS_STR, "http,https");
+  curl_easy_setopt(m_theEasy, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
+  curl_easy_setopt(m_theEasy, CURLOPT_FOLLOWLOCATION, 1L);
+  curl_easy_setopt(m_theEasy, CURLOPT_MAXREDIRS, defaults.maxRedirects);
+  curl_easy_setopt(m_theEasy, CURLOPT_NOSIGNAL, 1L);  // a library must not take SIGALRM from its host
+  curl_easy_setopt(m_theEasy, CURLOPT_USERAGENT, "zrXml");
+  curl_easy_setopt(m_theEasy, CURLOPT_ERRORBUFFER, m_theErrorText);
+  curl_easy_setopt(m_theEasy, CURLOPT_CONNECTTIMEOUT_MS, defaults.connectTimeoutMs);
+  curl_easy_setopt(m_theEasy, CURLOPT_TIMEOUT_MS, defaults.timeoutMs);
+  curl_easy_setopt(m_theEasy, CURLOPT_WRITEFUNCTION, &ZrHttpStreamBuffer::receiveBody);
+  curl_easy_setopt(m_theEasy, CURLOPT_WRITEDATA, this);
+  curl_easy_setopt(m_theEasy, CURLOPT_HEADERFUNCTION, &ZrHttpStreamBuffer::receiveHeader);
+  curl_easy_setopt(m_theEasy, CURLOPT_HEADERDATA, this);
+}
+
+bool ZrHttpStreamBuffer::open() {
+  if (m_theUrl.empty()) {
+    error("no URL given.");
+    return false;
+  }
+  initialiseCurlOnce();
+  m_theEasy = curl_easy_init();
+  m_theMulti = curl_multi_init();
+  if (!m_theEasy || !m_theMulti) {
+    error("cannot create a transfer.");
+    return false;
+  }
+  configure();
+  curl_multi_add_handle(m_theMulti, m_theEasy);
+
+  driveWhile([this] { return !m_theHeadersComplete && m_theWindow.empty() && !m_theDone; });
+
+  curl_easy_getinfo(m_theEasy, CURLINFO_RESPONSE_CODE, &m_theStatus);
+  if (m_theDone && m_theResult != CURLE_OK) return reportFailure();
+  if (m_theStatus >= 400) {
+    std::string what = "the server answered with status " + std::to_string(m_theStatus) + ".";
+    error(what.c_str());
+    m_theReported = true;
+    stopTransfer();
+    return false;
+  }
+  setg(m_theWindow.data(), m_theWindow.data(), m_theWindow.data() + m_theWindow.size());
+  return true;
+}
+
+// Prints why the transfer ended badly, once; always false.
+bool ZrHttpStreamBuffer::reportFailure() {
+  if (m_theReported) return false;
+  m_theReported = true;
+  if (m_theLimitExceeded) {
+    std::string what = "the body is larger than the limit of " + std::to_string(m_theMaxBodySize) + " bytes.";
+    error(what.c_str());
+  } else {
+    error(m_theErrorText[0] ? m_theErrorText : curl_easy_strerror(m_theResult));
+  }
+  return false;
+}
+
+// Runs the transfer while the condition holds, sleeping on the socket between steps. libcurl's
+// time-outs end the transfer, so the loop is bounded by them.
+// The stall time-out is kept here rather than by libcurl's low-speed check, which averages the speed
+// over several seconds and so lets a server that sent a few bytes go silent for much longer.
+template <typename Condition>
+void ZrHttpStreamBuffer::driveWhile(Condition keepGoing) {
+  m_theLastActivity = std::chrono::steady_clock::now();  // time spent by the reader is no stall
+  while (keepGoing()) {
+    step();
+    if (!keepGoing() || stalled()) break;
+    // Wait for the socket, or for libcurl's own next time-out, which curl_multi_poll honours.
+    const long waitMs = m_theStallTimeoutMs > 0 ? std::min(m_theStallTimeoutMs, 1000L) : 1000L;
+    curl_multi_poll(m_theMulti, nullptr, 0, static_cast<int>(waitMs), nullptr);
+  }
+}
+
+bool ZrHttpStreamBuffer::stalled() {
+  if (m_theStallTimeoutMs <= 0) return false;
+  const auto silent = std::chrono::steady_clock::now() - m_theLastActivity;
+  if (silent < std::chrono::milliseconds(m_theStallTimeoutMs)) return false;
+  std::snprintf(m_theErrorText, sizeof(m_theErrorText), "no data received for %ld milliseconds; transfer abandoned.",
+                m_theStallTimeoutMs);
+  m_theDone = true;
+  m_theResult = CURLE_OPERATION_TIMEDOUT;
+  return true;
+}
+
+void ZrHttpStreamBuffer::step() {
+  int running = 0;
+  curl_multi_perform(m_theMulti, &running);
+  int queued = 0;
+  while (CURLMsg* message = curl_multi_info_read(m_theMulti, &queued)) {
+    if (message->msg == CURLMSG_DONE && message->easy_handle == m_theEasy) {
+      m_theDone = true;
+      m_theResult = message->data.result;
+    }
+  }
+}
+
+void ZrHttpStreamBuffer::stopTransfer() {
+  if (m_theMulti && m_theEasy) curl_multi_remove_handle(m_theMulti, m_theEasy);
+  if (m_theEasy) curl_easy_cleanup(m_theEasy);
+  if (m_theMulti) curl_multi_cleanup(m_theMulti);
+  m_theEasy = nullptr;
+  m_theMulti = nullptr;
+  m_theDone = true;
+}
+
+std::streambuf::int_type ZrHttpStreamBuffer::underflow() {
+  if (gptr() < egptr()) return traits_type::to_int_type(*gptr());
+  m_theWindow.clear();
+  setg(nullptr, nullptr, nullptr);
+  if (!m_theEasy) return traits_type::eof();
+
+  if (m_thePaused) {
+    m_thePaused = false;
+    curl_easy_pause(m_theEasy, CURLPAUSE_CONT);  // may hand over the held-back data at once
+  }
+  driveWhile([this] { return m_theWindow.empty() && !m_theDone; });
+  if (m_theWindow.empty()) {
+    if (m_theResult != CURLE_OK) {
+      reportFailure();
+      m_theOwner.setstate(std::ios::badbit);
+    }
+    stopTransfer();
+    return traits_type::eof();
+  }
+  setg(m_theWindow.data(), m_theWindow.data(), m_theWindow.data() + m_theWindow.size());
+  return traits_type::to_int_type(*gptr());
+}
+
+size_t ZrHttpStreamBuffer::receiveBody(char* data, size_t size, size_t count, void* self) {
+  ZrHttpStreamBuffer& buffer = *static_cast<ZrHttpStreamBuffer*>(self);
+  const size_t bytes = size * count;
+  if (buffer.m_theWindow.size() >= theWindowHighWater) {
+    buffer.m_thePaused = true;
+    return CURL_WRITEFUNC_PAUSE;  // libcurl keeps these bytes and offers them again on resume
+  }
+  if (buffer.m_theMaxBodySize > 0 && buffer.m_theReceived + bytes > buffer.m_theMaxBodySize) {
+    buffer.m_theLimitExceeded = true;
+    return 0;  // anything but the byte count aborts the transfer
+  }
+  buffer.m_theReceived += bytes;
+  buffer.m_theLastActivity = std::chrono::steady_clock::now();
+  buffer.m_theWindow.insert(buffer.m_theWindow.end(), data, data + bytes);
+  return bytes;
+}
+
+// Called once per header line. An empty line ends a response's headers; the headers of interim (1xx)
+// and redirect (3xx) responses are not the ones the stream is waiting for.
+size_t ZrHttpStreamBuffer::receiveHeader(char* data, size_t size, size_t count, void* self) {
+  ZrHttpStreamBuffer& buffer = *static_cast<ZrHttpStreamBuffer*>(self);
+  const size_t bytes = size * count;
+  buffer.m_theLastActivity = std::chrono::steady_clock::now();
+  const bool blankLine = (bytes == 2 && data[0] == '\r' && data[1] == '\n') || (bytes == 1 && data[0] == '\n');
+  if (blankLine) {
+    long status = 0;
+    curl_easy_getinfo(buffer.m_theEasy, CURLINFO_RESPONSE_CODE, &status);
+    if (status >= 200 && (status < 300 || status >= 400)) buffer.m_theHeadersComplete = true;
+  }
+  return bytes;
+}
+
+ZrIfHttpStream::ZrIfHttpStream(const char* url, int /*openMode*/) : std::istream(nullptr) {
+  m_theBuffer.reset(new ZrHttpStreamBuffer(*this, url));
+  rdbuf(m_theBuffer.get());  // also clears the bad bit that the null buffer set
+  if (!m_theBuffer->open()) setstate(std::ios::failbit);
+}
+
+// The base class never touches its buffer on destruction, so releasing it here is safe.
 ZrIfHttpStream::~ZrIfHttpStream() = default;
+
+long ZrIfHttpStream::status() const { return m_theBuffer->status(); }
+
+long ZrIfHttpStream::defaultConnectTimeoutMs() { return httpDefaults().connectTimeoutMs; }
+void ZrIfHttpStream::setDefaultConnectTimeoutMs(long milliseconds) { httpDefaults().connectTimeoutMs = milliseconds; }
+long ZrIfHttpStream::defaultTimeoutMs() { return httpDefaults().timeoutMs; }
+void ZrIfHttpStream::setDefaultTimeoutMs(long milliseconds) { httpDefaults().timeoutMs = milliseconds; }
+long ZrIfHttpStream::defaultStallTimeoutMs() { return httpDefaults().stallTimeoutMs; }
+void ZrIfHttpStream::setDefaultStallTimeoutMs(long milliseconds) { httpDefaults().stallTimeoutMs = milliseconds; }
+unsigned long long ZrIfHttpStream::defaultMaxBodySize() { return httpDefaults().maxBodySize; }
+void ZrIfHttpStream::setDefaultMaxBodySize(unsigned long long bytes) { httpDefaults().maxBodySize = bytes; }
+long ZrIfHttpStream::defaultMaxRedirects() { return httpDefaults().maxRedirects; }
+void ZrIfHttpStream::setDefaultMaxRedirects(long redirects) { httpDefaults().maxRedirects = redirects; }

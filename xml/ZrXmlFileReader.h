@@ -5,16 +5,67 @@
 #include <ZrTypes.h>
 
 #include <boost/scoped_array.hpp>
+#include <cstddef>
 #include <deque>
 #include <istream>
 #include <map>
 #include <string>
+#include <string_view>
+#include <vector>
 
 // The library's own non-validating XML tokenizer: reads one document from a stream in blocks and, on
 // each readXml(), advances by one event. Modes (returned by readXml() and mode()):
 //   0 nothing read yet or end of input, 1 start tag, 2 end tag, 3 empty-element tag,
 //   4 content together with the end tag that follows it, 5 error mode.
 // Faults are printed in the frame "ZrXmlFileReader Error: %s\n\tFile: %s\n\tLine: %d\n" and reading goes on.
+//
+// Reading. The stream is read in blocks of 16383 bytes into a block array and appended to the read
+// buffer; a block is cut at its first NUL byte (reported once per block). Scans search the buffer with
+// memchr from where the previous search stopped, so a tag, comment or text run spanning many blocks costs
+// time linear in its size; the consumed front of the buffer is dropped once per block read. A single
+// tag, comment or text run longer than defaultMaxTokenSize() is reported and ends reading, so bad input
+// cannot grow memory without bound. Line feeds are counted over every consumed range.
+//
+// Decisions of this implementation:
+//  - Comments and declarations are skipped in a loop, and text on both sides of a comment inside an
+//    element joins into one content: '<v>1 2<!-- c --> 3</v>' gives content "1 2 3" and mode 4.
+//  - A white-space-only tag ('< >') starts a search for the innermost element's end tag; a second such
+//    tag met during that search is reported and skipped instead of starting a nested search.
+//  - nextMatchingEndTag() and getChildrenAsString() skip nested elements of the same name whole: they stop
+//    at the end tag that closes the element they started on (or at an end tag of that name which closed
+//    nothing, as in '<a><b></a>').
+//  - nextWord() skips leading white space, takes the characters up to the next white space and removes
+//    the word together with the white space after it; wordCount() counts such words.
+//  - The prefix of a namespace declaration is what follows "xmlns" and one ':' ("" for "xmlns").
+//  - contentByWord() and content() in vector mode take words from an offset into the content instead of
+//    erasing them from its front; content() otherwise returns what remains of the content.
+//  - getChildrenAsString() rebuilds the children from events: names without their prefixes, namespace
+//    declarations left out, attributes in name order as name="value", content trimmed.
+//
+// The fast path (getAttributeValueFast() and its siblings) reads straight from the read buffer, for long
+// uniform arrays such as <path size="2"><element x="1" y="2" z="3"/>...</path> read after readXml() has
+// returned the start tag of <path>. Its rules:
+//  - Between tags it skips white space, comments and declarations ('<!...>' other than comments included),
+//    counting line feeds. It enters the next start tag ('<name'); it stops, consuming nothing, at text and
+//    at an end tag, except an end tag of an element that the fast path itself left open.
+//  - getAttributeValueFast() returns the next attribute value in document order, entering the next start
+//    tag when the current one has no more attributes; names are not compared, but namespace declarations
+//    and "xsi:" attributes are passed over. After a value, when no further attribute follows, the rest of
+//    the tag is consumed: "/>" closes the element; after ">" an end tag of the same element that follows
+//    (after white space or comments) is consumed as well, otherwise the element is pushed on the
+//    open-element stack so that readXml() later meets its end tag consistently. It returns an empty string
+//    when no value is left before text, an end tag or the end of input.
+//  - getLastAttributeValueFast() is getAttributeValueFast() followed by skipping the rest of the tag.
+//  - getComplexStartTagFast() enters the next start tag and returns its name; its attributes follow through
+//    getAttributeValueFast(). getSimpleStartTagFast() returns the next start tag's name and consumes the
+//    whole tag, pushing the element when it is not empty, so its content can be read word by word.
+//  - getContentByWordFast() returns the next white-space-separated word of text (empty at a tag).
+//  - getEndTagFast() skips what is left (attributes, text, comments) up to the next end tag, consumes it
+//    like readXml() would (popping the element it closes) and returns its name; after a start tag that
+//    closed itself with "/>" it returns that element's name without reading. It stops, returning the
+//    null token, at a start tag or the end of input.
+//  - Quoted values may contain '>' on this path. readXml() first finishes a tag that the fast path left
+//    half read, and mode() is not changed by the fast path.
 class ZrXmlFileReader {
  public:
   enum DEFAULT_NAMESPACE_OPTION { ELEMENT_NAMESPACE = 0, ATTRIBUTE_NAMESPACE = 1 };
@@ -84,27 +135,88 @@ class ZrXmlFileReader {
   // Read-only view of the open elements, innermost last.
   const std::deque<ElementStruct>& openElements() const { return m_theElementStack; }
   const ZrToken& endTag() const { return m_theEndTag; }
+  // True once the stream is exhausted and every byte of the buffer has been consumed. readXml() can
+  // return 0 before that after some faults; a caller that wants the whole document reads on until then.
+  bool atEndOfInput() const;
+
+  // The longest single tag, comment or text run that is read before reading stops with a report.
+  static std::size_t defaultMaxTokenSize();
+  static void setDefaultMaxTokenSize(std::size_t bytes);
 
  protected:
-  // The members below are the tokenizer's state; the implementation may add private helpers.
+  typedef std::map<ZrToken, std::string> AttributeMap;
+
   std::istream* m_theStream;
   std::string m_theFilename;
   std::deque<ElementStruct> m_theElementStack;
-  std::map<ZrToken, std::string> m_theAttributes;
+  AttributeMap m_theAttributes;
   ZrU32 m_theNumOfAttributes;
-  mutable std::string m_theContent;  // contentByWord() takes words off its front
+  mutable std::string m_theContent;
+  mutable std::size_t m_theContentOffset;  // words before it were taken by contentByWord()
   ZrBoolean m_theContentVectorFlag;
   int m_theMode;
   int m_theLineCount;
   ZrToken m_theEndTag;
-  ZrToken m_theWorkToken;
+  ZrToken m_theWorkToken;  // the element name while a start tag is parsed
   std::string m_theValueBuffer;
   std::string m_theReadBuffer;
-  ZrU32 m_theReadIndex;  // next unread character; all ones when the buffer is exhausted
-  ZrToken m_theAttributeName;
-  ZrToken m_theAttributeValue;
-  std::string m_theNamespacePrefix;
+  std::size_t m_theReadIndex;  // next unread character; equal to the buffer's size when all is consumed
+  ZrToken m_theAttributeName;  // the attribute key while a start tag is parsed
   boost::scoped_array<char> m_theBlock;  // the raw read area; a copy gets a block of its own
+
+ private:
+  static const std::size_t npos = static_cast<std::size_t>(-1);
+
+  ZrXmlFileReader(const std::string& filename, std::istream* stream);
+  void copyFrom(const ZrXmlFileReader& other);
+
+  // Buffer and scanning.
+  bool readBlock();
+  std::size_t findChar(char c, std::size_t from);
+  bool ensureAvailable(std::size_t count);
+  void consumeTo(std::size_t position);
+  bool skipWhile(unsigned char charClass);
+  void readUntil(unsigned char charClass, std::string& out);
+
+  // Events.
+  void skipCommentRest(char lastChar, bool endsWithDashes, std::string* text);
+  int classifyTag(std::string_view tag);
+  int readEndTag(std::string_view tag);
+  bool parseStartTag(std::string_view text);
+  void declareNamespace(std::string_view name, std::string_view uri);
+  void addAttribute(std::string_view name, std::string_view value);
+  void pushElement();
+  void popElement();
+  void clearAttributes();
+  void takeAttributeValue(AttributeMap::iterator entry);
+  bool closesElement(const ZrToken& target, std::size_t depth) const;
+  void warnFormatted(const char* format, ...) const
+#if defined(__GNUC__)
+      __attribute__((format(printf, 2, 3)))
+#endif
+      ;
+
+  // The fast path.
+  void beginFast();
+  bool fastEnterStartTag();
+  bool fastSkipMarkup();
+  bool fastReadAttribute(bool& passedOver);
+  void fastFinishTag(bool closeEmptyPair);
+  bool fastCloseEndTag(bool onlyIfNamed);
+
+  std::vector<AttributeMap::node_type> m_theSpareAttributes;  // nodes kept for reuse by later tags
+  std::vector<ElementStruct> m_theSpareElements;              // popped entries kept for reuse
+  bool m_theStreamExhausted;
+  bool m_theSearchingEndTag;    // inside the search that a white-space-only tag started
+  bool m_theLastEndTagPopped;   // the last end tag closed the innermost element
+  bool m_theFastActive;         // the fast path has read since the last readXml()
+  bool m_theFastInTag;          // the fast path stands inside a start tag, after its name or a value
+  bool m_theFastSelfClosed;     // the last start tag entered by the fast path ended with "/>"
+  std::size_t m_theFastBaseDepth;  // stack depth when the fast path began; it closes only deeper elements
+  ZrToken m_theFastElement;     // name of the start tag the fast path entered last
+  std::string m_theFastName;    // attribute name being read by the fast path
+
+  static std::size_t m_theMaxTokenSize;
 };
 
 #endif

@@ -7,6 +7,7 @@
 
 #include <deque>
 #include <istream>
+#include <memory>
 #include <string>
 
 class ZrBaseXmlFactory;
@@ -16,6 +17,14 @@ class ZrXmlObject;
 // elements (<ZrInclude type="simple" href="..."/>) pull in other files or HTTP references
 // transparently, checks each document's root "version" attribute once, and owns the factory through
 // which objects are created by element name while reading. Every query goes to the file reader on top.
+//
+// An include that cannot be followed (faulty attributes, a document that does not open, a limit below)
+// is reported and skipped, and reading goes on after the include element in the including document;
+// the message about a document that does not open names the resolved full name. An include element
+// written with content and an end tag is skipped up to that end tag, so that the element never shows.
+//
+// Copies: a copy goes on from the same position. It shares the reader's factory and the streams of
+// included documents still open (see the members below); neither is ever deleted twice.
 class ZrXmlReader {
  public:
   typedef ZrXmlObject* (*Creator)();
@@ -67,7 +76,10 @@ class ZrXmlReader {
   virtual ZrBoolean checkVersion();
   virtual ZrBaseXmlFactory* newFactory() const;
 
-  // Safety limits for documents that include others.
+  // Safety limits for documents that include others. An include that would open more nested included
+  // documents than the depth limit, or a document that is already open on the stack (a document that
+  // includes itself, directly or through others), is reported and skipped. With HTTP includes switched
+  // off, an include that resolves to an HTTP reference is reported and skipped.
   void setMaxIncludeDepth(ZrU32 depth) { m_theMaxIncludeDepth = depth; }
   ZrU32 maxIncludeDepth() const { return m_theMaxIncludeDepth; }
   void setHttpIncludesAllowed(bool allowed) { m_theHttpIncludesAllowed = allowed; }
@@ -75,10 +87,29 @@ class ZrXmlReader {
   ZrU32 depth() const { return static_cast<ZrU32>(m_theFileReaders.size()); }
 
  private:
-  std::deque<ZrXmlFileReader> m_theFileReaders;
+  // One open document. The stream of an included document belongs to the reader; it is shared by
+  // the reader's copies (a copy goes on reading the same open streams) and released when the last
+  // of them lets go of the document. The caller's stream of the opened document is never owned.
+  struct OpenDocument {
+    OpenDocument(const std::string& filename, std::istream& stream, std::shared_ptr<std::istream> owned)
+        : ownedStream(std::move(owned)), reader(filename, stream) {}
+    std::shared_ptr<std::istream> ownedStream;  // declared first: the file reader goes before its stream
+    ZrXmlFileReader reader;
+  };
+
+  ZrXmlFileReader* top();
+  const ZrXmlFileReader* top() const;
+  void resolveHref(const std::string& href, std::string& host, std::string& fullName);
+  bool mayOpenInclude(const std::string& host, const std::string& fullName);
+  void pushInclude(const std::string& host, const std::string& fullName);
+  void includeError(const char* what, const std::string& name);
+
+  std::deque<OpenDocument> m_theFileReaders;  // bottom: the opened document; top: answers every query
   bool m_theVersionCheckPending;
   bool m_theVersionFlag;
-  ZrBaseXmlFactory* m_theFactory;
+  // Copies share the factory: the last reader holding it deletes it, so no copy ever deletes a factory
+  // another still uses. setFactoryPointer on one copy replaces the factory of that copy only.
+  std::shared_ptr<ZrBaseXmlFactory> m_theFactory;
   ZrU32 m_theMaxIncludeDepth;
   bool m_theHttpIncludesAllowed;
 };

@@ -1,0 +1,163 @@
+// Event sequences, attributes, namespaces, comments, declarations and content words of the tokenizer.
+#include "xml_file_reader_trace.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace {
+
+using ZrTest::traceDocument;
+using Events = std::vector<std::string>;
+
+struct EventCase {
+  const char* name;
+  const char* document;
+  Events events;
+  Events messages;
+};
+
+TEST(ZrXmlFileReaderEvents, DocumentsGiveTheirEventSequences) {
+  const EventCase cases[] = {
+      {"nested", "<a><b/><c x='1'>t</c></a>", {"1 a", "3 b", "1 c x=1", "4 c 't'", "2 a", "0"}, {}},
+      {"content is trimmed", "<a> x </a>", {"1 a", "4 a 'x'", "0"}, {}},
+      {"declaration and comments skipped", "<?xml version='1.0'?>\n<!-- c --><a><!--x--></a><!-- end -->",
+       {"1 a", "2 a", "0"}, {}},
+      {"content joins across a comment", "<v>1 2<!-- c --> 3</v>", {"1 v", "4 v '1 2 3'", "0"}, {}},
+      {"comment containing --", "<a><!-- a -- b --></a>", {"1 a", "2 a", "0"}, {}},
+      {"text after an empty element", "<a><b/>text</a>", {"1 a", "3 b", "2 a", "0"},
+       {"file not well formed.\n\tContent can only follow start tag.@1"}},
+      {"space before the name", "< a></a>", {"1 a", "2 a", "0"},
+       {"file not well formed.\n\tWhite space cannot exist before start tag name.@1"}},
+      {"prefixes dropped", "<p:a xmlns:p='urn:p'><p:b p:k='v'/></p:a>", {"1 a", "3 b k=v", "2 a", "0"}, {}},
+      {"empty document", "", {"0"}, {"file not well formed.\n\tFile must begin with start tag.@1"}},
+      {"two roots", "<a/><b/>", {"3 a", "3 b", "0"}, {}},
+      {"content then child", "<a>t<b/></a>", {"1 a", "3 b", "2 a", "0"},
+       {"file not well formed.\n\tContent did not conclude with proper end tag.@1"}},
+  };
+  for (const auto& c : cases) {
+    auto trace = traceDocument(c.document);
+    EXPECT_EQ(trace.events, c.events) << c.name;
+    EXPECT_EQ(trace.messages, c.messages) << c.name;
+  }
+}
+
+TEST(ZrXmlFileReaderEvents, AttributesAreReadOnceInNameOrderWithTheFirstValueKept) {
+  ZrTest::PrintCapture capture;
+  std::istringstream in("<e b='2' a=\"1\" c=3 a='again' p:b='x' xsi:type='t' xmlns:p='urn:p'/>");
+  ZrXmlFileReader reader("doc.xml", in);
+  ASSERT_EQ(reader.readXml(), 3);
+  EXPECT_EQ(reader.numOfAttributes(), 3u);
+  EXPECT_EQ(reader.attributeName(ZrToken("b")).token(), "b");
+  EXPECT_EQ(reader.attributeName(ZrToken("type")), ZrXmlFileReader::m_theNullToken);  // xsi: is dropped
+  EXPECT_EQ(reader.attributeValue(ZrToken("c")), "3");
+  EXPECT_EQ(reader.attributeValue(ZrToken("c")), "");  // each attribute is read once
+  EXPECT_EQ(reader.attributeName().token(), "a");
+  EXPECT_EQ(reader.attributeValue(), "1");
+  EXPECT_EQ(reader.attributeValue(), "2");
+  EXPECT_EQ(reader.remainingNumOfAttributes(), 0u);
+  EXPECT_EQ(reader.attributeValue(), "");
+  EXPECT_EQ(capture.texts(), std::vector<std::string>{
+                                 "ZrXmlFileReader Error: file not well formed.\n\tMissing quotes around attribute "
+                                 "value.\n\tFile: doc.xml\n\tLine: 1\n"});
+}
+
+TEST(ZrXmlFileReaderEvents, NamespaceDeclarationsAreInheritedAndKept) {
+  ZrTest::PrintCapture capture;
+  std::istringstream in(
+      "<r xmlns='urn:d' xmlns:p='urn:p' xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance'>"
+      "<c xmlns:p='urn:other' xmlns:q='urn:q'><d xmlns:q='urn:q'/></c></r>");
+  ZrXmlFileReader reader("doc.xml", in);
+  ASSERT_EQ(reader.readXml(), 1);
+  EXPECT_EQ(reader.remainingNumOfAttributes(), 0u);  // declarations are not attributes
+  std::map<std::string, std::string> root{{"", "urn:d"}, {"p", "urn:p"}};
+  EXPECT_EQ(reader.openElements().back().namespaces, root);
+  ASSERT_EQ(reader.readXml(), 1);
+  std::map<std::string, std::string> child{{"", "urn:d"}, {"p", "urn:p"}, {"q", "urn:q"}};
+  EXPECT_EQ(reader.openElements().back().namespaces, child);  // an inherited prefix keeps its URI
+  EXPECT_EQ(capture.count(), 0u);
+  ASSERT_EQ(reader.readXml(), 3);
+  EXPECT_EQ(capture.texts(), std::vector<std::string>{"ZrXmlReader Error: Namespace already declared: urn:q\n"});
+  EXPECT_EQ(reader.readXml(), 2);
+  EXPECT_EQ(reader.openElements().size(), 1u);
+}
+
+TEST(ZrXmlFileReaderEvents, ContentIsTakenWordByWordInVectorMode) {
+  std::istringstream in("<v>\n  1.5 -2\t3e4\n</v>");
+  ZrXmlFileReader reader("doc.xml", in);
+  ASSERT_EQ(reader.readXml(), 1);
+  ASSERT_EQ(reader.readXml(), 4);
+  EXPECT_EQ(reader.contentCount(), 3u);
+  EXPECT_EQ(reader.content(), "1.5 -2\t3e4");
+  reader.setContentVectorFlag(true);
+  std::vector<std::string> words;
+  while (reader.isContentAvailable()) words.push_back(reader.content());
+  EXPECT_EQ(words, (std::vector<std::string>{"1.5", "-2", "3e4"}));
+  EXPECT_EQ(reader.contentCount(), 0u);
+}
+
+TEST(ZrXmlFileReaderEvents, NextMatchingEndTagSkipsTheWholeElement) {
+  ZrTest::PrintCapture capture;
+  std::istringstream in("<r><skip a='1'><skip><x/></skip>text<y/></skip><next/></r>");
+  ZrXmlFileReader reader("doc.xml", in);
+  ASSERT_EQ(reader.readXml(), 1);
+  ASSERT_EQ(reader.readXml(), 1);
+  EXPECT_TRUE(reader.nextMatchingEndTag());
+  EXPECT_EQ(reader.openElements().size(), 1u);
+  EXPECT_EQ(reader.readXml(), 3);
+  EXPECT_EQ(reader.element().token(), "next");
+  EXPECT_EQ(capture.count(), 1u);  // the stray text inside, nothing else
+}
+
+TEST(ZrXmlFileReaderEvents, ChildrenAreRebuiltAsText) {
+  std::istringstream in("<r><doc><p k='v' a=\"1\">some text</p><br/><q><!-- c --></q></doc><after/></r>");
+  ZrXmlFileReader reader("doc.xml", in);
+  ASSERT_EQ(reader.readXml(), 1);
+  ASSERT_EQ(reader.readXml(), 1);
+  EXPECT_EQ(reader.getChildrenAsString(), "<p a=\"1\" k=\"v\">some text</p><br/><q></q>");
+  EXPECT_EQ(reader.mode(), 2);
+  EXPECT_EQ(reader.readXml(), 3);
+  EXPECT_EQ(reader.element().token(), "after");
+}
+
+TEST(ZrXmlFileReaderEvents, ChildrenAtEndOfInputAreReported) {
+  ZrTest::PrintCapture capture;
+  std::istringstream in("<r><doc><p/>");
+  ZrXmlFileReader reader("doc.xml", in);
+  reader.readXml();
+  reader.readXml();
+  EXPECT_EQ(reader.getChildrenAsString(), "<p/>");
+  EXPECT_TRUE(capture.contains("getChildrenAsString Error: end of file too early -- expecting start tag."));
+}
+
+TEST(ZrXmlFileReaderEvents, LineCountFollowsTheDocument) {
+  std::istringstream in("<?xml version='1.0'?>\n<a\n x='1'>\n<!--\n\n-->\n<b>\n</b>\n</a>\n");
+  ZrXmlFileReader reader("doc.xml", in);
+  std::vector<int> lines;
+  while (reader.readXml() != 0) {
+    lines.push_back(reader.lineCountOfFile());
+    while (reader.remainingNumOfAttributes() > 0) reader.attributeValue();
+  }
+  EXPECT_EQ(lines, (std::vector<int>{3, 7, 8, 9}));
+  EXPECT_EQ(reader.lineCountOfFile(), 10);
+}
+
+TEST(ZrXmlFileReaderEvents, TextHelpersFollowTheirWhiteSpaceRules) {
+  ZrXmlFileReader reader;
+  std::string text = "  one\ttwo \n";
+  EXPECT_EQ(reader.wordCount(text), 2u);
+  EXPECT_EQ(reader.nextWord(text), "one");
+  EXPECT_EQ(text, "two \n");
+  std::string white = " \t ";
+  reader.stripWhiteSpaceFromBounds(white);
+  EXPECT_EQ(white, " \t ");  // an all-white text is left alone
+  std::string quoted = "'a b' rest";
+  EXPECT_EQ(reader.nextQuotedToken(quoted), "a b");
+  EXPECT_EQ(quoted, "rest");
+  ZrToken prefixed("p:name");
+  reader.swapNamespacePrefixWithUri(prefixed, ZrXmlFileReader::ATTRIBUTE_NAMESPACE);
+  EXPECT_EQ(prefixed.token(), "name");
+  EXPECT_EQ(reader.readXml(), 0);  // a reader without a stream meets the end at once
+}
+
+}  // namespace

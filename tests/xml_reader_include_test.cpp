@@ -1,0 +1,260 @@
+#include <ZrIfHttpStream.h>
+#include <ZrTestHttpServer.h>
+#include <ZrTestSupport.h>
+#include <ZrXmlReader.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+const std::string theDataDir = std::string(ZR_TEST_DATA_DIR) + "/include";
+
+// The items of a document as short texts: "name" a start tag, "name/" an empty element, "/" an end
+// tag, "'text'" content. Stops at the end of input, at an error, or after a bound.
+std::vector<std::string> items(ZrXmlReader& reader, int bound = 500) {
+  std::vector<std::string> result;
+  for (int mode = reader.readXml(); mode != 0 && mode != 5 && bound-- > 0; mode = reader.readXml()) {
+    if (mode == 1) result.push_back(reader.element().tokenText());
+    if (mode == 3) result.push_back(reader.element().tokenText() + "/");
+    if (mode == 2) result.push_back("/");
+    if (mode == 4) result.push_back("'" + reader.content() + "'");
+  }
+  return result;
+}
+
+typedef std::vector<std::string> Items;
+
+std::string include(const std::string& href) { return "<ZrInclude type=\"simple\" href=\"" + href + "\"/>"; }
+
+TEST(ZrXmlReaderInclude, FollowsNestedIncludesAndContinuesAfterThem) {
+  std::ifstream main(theDataDir + "/main.xml");
+  ZrTest::PrintCapture capture;
+  ZrXmlReader reader(theDataDir + "/main.xml", main);
+  std::string nameAtInner;
+  int lineAtInner = 0;
+  Items seen;
+  for (int mode = reader.readXml(); mode != 0 && seen.size() < 50; mode = reader.readXml()) {
+    if (mode == 1) seen.push_back(reader.element().tokenText());
+    if (mode == 2) seen.push_back("/");
+    if (mode == 3) seen.push_back(reader.element().tokenText() + "/");
+    if (mode == 4) seen.push_back("'" + reader.content() + "'");
+    if (mode == 3 && reader.element().tokenText() == "inner") {
+      nameAtInner = reader.filename();
+      lineAtInner = reader.lineCountOfFile();
+      EXPECT_EQ(reader.depth(), 3u);
+    }
+  }
+  EXPECT_EQ(seen, (Items{"root", "before/", "part", "leaf", "inner/", "/", "partEnd/", "/", "after", "'text'", "/"}));
+  EXPECT_EQ(nameAtInner, theDataDir + "/leaf.xml");  // resolved against part.xml, not main.xml
+  EXPECT_EQ(lineAtInner, 2);
+  EXPECT_EQ(reader.depth(), 1u);
+  EXPECT_TRUE(reader.versionFlag());
+  EXPECT_EQ(capture.count(), 0u) << capture.all();
+}
+
+// Every row is one include element inside "<doc><first/> ... <last/></doc>". No row may stop the reading.
+TEST(ZrXmlReaderInclude, FaultyIncludesAreReportedAndReadingGoesOn) {
+  ZrTest::TempDir dir;
+  dir.write("part.xml", "<part/>");
+  dir.write("empty.xml", "");
+  std::filesystem::create_directory(dir.file("aDirectory"));
+  const std::string at = "\n\tFile: " + dir.file("doc.xml") + "\n\tLine: 2\n";
+  const struct {
+    std::string element;
+    std::vector<std::string> messages;
+    bool opened;
+  } rows[] = {
+      {"<ZrInclude href=\"part.xml\"/>", {"ZrXmlReader Error: XLink syntax not correct." + at}, false},
+      {"<ZrInclude type=\"simple\"/>", {"ZrXmlReader Error: XLink syntax not correct." + at}, false},
+      {"<ZrInclude type=\"extended\" href=\"part.xml\"/>", {"ZrXmlReader Error: XLink 'type' needs to be simple." + at}, true},
+      {"<ZrInclude role=\"x\" type=\"simple\" href=\"part.xml\"/>",
+       {"ZrXmlReader Error: attribute name can only be simple and href, not role." + at}, true},
+      {"<ZrInclude type=\"simple\" href=\"part.xml\"><stray>text</stray></ZrInclude>", {}, true},
+      {"<ZrInclude href=\"part.xml\"><stray/></ZrInclude>", {"ZrXmlReader Error: XLink syntax not correct." + at}, false},
+      {include("missing.xml"), {"ZrXmlReader Error: not able to open file: " + dir.file("missing.xml") + "\n"}, false},
+      {include("aDirectory"), {"ZrXmlReader Error: not able to open file: " + dir.file("aDirectory") + "\n"}, false},
+  };
+  for (const auto& row : rows) {
+    std::istringstream document("<doc><first/>\n" + row.element + "<last/></doc>");
+    ZrTest::PrintCapture capture;
+    ZrXmlReader reader(dir.file("doc.xml"), document);
+    const Items expected = row.opened ? Items{"doc", "first/", "part/", "last/", "/"} : Items{"doc", "first/", "last/", "/"};
+    EXPECT_EQ(items(reader), expected) << row.element;
+    EXPECT_EQ(capture.texts(), row.messages) << row.element;
+  }
+
+  std::istringstream withEmpty("<doc>" + include("empty.xml") + "<last/></doc>");
+  ZrTest::PrintCapture quiet;
+  ZrXmlReader reader(dir.file("doc.xml"), withEmpty);
+  EXPECT_EQ(items(reader), (Items{"doc", "last/", "/"}));
+}
+
+// The full name is checked through the "not able to open" message, so no row needs its file to exist.
+TEST(ZrXmlReaderInclude, ResolvesReferencesAgainstTheIncludingDocument) {
+  const struct {
+    const char* documentName;
+    const char* href;
+    const char* fullName;
+  } rows[] = {
+      {"/a/b/main.xml", "part.xml", "/a/b/part.xml"},
+      {"/a/b/main.xml", "sub/part.xml", "/a/b\\sub/part.xml"},  // the backslash joint
+      {"/a/b/main.xml", "sub\\deeper/part.xml", "/a/b\\sub\\deeper/part.xml"},
+      {"/a/b/main.xml", "/x/part.xml", "/x/part.xml"},
+      {"/a/b/main.xml", "c:/x/part.xml", "c:/x/part.xml"},
+      {"/a/b/main.xml", "C:\\x\\part.xml", "C:\\x/part.xml"},
+      {"main.xml", "sub/part.xml", "sub/part.xml"},
+      {"/a/b/main.xml", "http://h:1/d/f.xml", "http://h:1/d/f.xml"},
+      {"/a/b/main.xml", "http://h:1", "http://h:1/"},
+      {"http://h:1/d/main.xml", "f.xml", "http://h:1/d/f.xml"},
+      {"http://h:1/d/main.xml", "sub/f.xml", "http://h:1/d\\sub/f.xml"},
+      {"http://h:1/main.xml", "f.xml", "http://h:1/f.xml"},
+      {"http://h:1/d/main.xml", "/abs/f.xml", "http://h:1//abs/f.xml"},
+  };
+  for (const auto& row : rows) {
+    std::istringstream document("<doc>" + include(row.href) + "</doc>");
+    ZrTest::PrintCapture capture;
+    ZrXmlReader reader(row.documentName, document);
+    reader.setHttpIncludesAllowed(false);  // no row may reach the network
+    items(reader);
+    ASSERT_EQ(capture.count(), 1u) << row.href << capture.all();
+    const std::string message = capture.texts()[0];
+    const bool http = std::string(row.fullName).rfind("http://", 0) == 0;
+    const std::string expected = http ? std::string("switched off; include skipped: ") + row.fullName + "\n"
+                                      : std::string("not able to open file: ") + row.fullName + "\n";
+    EXPECT_NE(message.find(expected), std::string::npos) << message;
+  }
+}
+
+TEST(ZrXmlReaderInclude, BackslashJointNamesADirectoryOfThatName) {
+  ZrTest::TempDir dir;
+  dir.write("docs\\sub/part.xml", "<part/>");
+  std::istringstream document("<doc>" + include("sub/part.xml") + "</doc>");
+  ZrTest::PrintCapture capture;
+  ZrXmlReader reader(dir.file("docs/main.xml"), document);
+  EXPECT_EQ(items(reader), (Items{"doc", "part/", "/"})) << capture.all();
+}
+
+TEST(ZrXmlReaderInclude, DocumentsThatIncludeThemselvesAreSkipped) {
+  ZrTest::TempDir dir;
+  dir.write("a.xml", "<a>" + include("b.xml") + "<afterB/></a>");
+  dir.write("b.xml", "<b>" + include(dir.file("a.xml")) + "<afterA/></b>");
+  std::filesystem::create_symlink(dir.file("a.xml"), dir.file("alias.xml"));
+  dir.write("c.xml", "<c>" + include("alias.xml") + "</c>");
+  {
+    std::ifstream a(dir.file("a.xml"));
+    ZrTest::PrintCapture capture;
+    ZrXmlReader reader(dir.file("a.xml"), a);
+    EXPECT_EQ(items(reader), (Items{"a", "b", "afterA/", "/", "afterB/", "/"}));
+    ASSERT_EQ(capture.count(), 1u);
+    EXPECT_EQ(capture.texts()[0], "ZrXmlReader Error: document includes itself; include skipped: " + dir.file("a.xml") +
+                                      "\n\tFile: " + dir.file("b.xml") + "\n\tLine: 1\n");
+  }
+  std::ifstream loop(theDataDir + "/loop.xml");  // a document that names itself, met through a relative name
+  ZrTest::PrintCapture capture;
+  ZrXmlReader reader(theDataDir + "/./loop.xml", loop);
+  EXPECT_EQ(items(reader), (Items{"loop", "afterLoop/", "/"}));
+  EXPECT_TRUE(capture.contains("document includes itself")) << capture.all();
+
+  std::ifstream c(dir.file("c.xml"));  // a.xml first met under another name, through a symbolic link
+  ZrXmlReader linked(dir.file("c.xml"), c);
+  EXPECT_EQ(items(linked), (Items{"c", "a", "b", "afterA/", "/", "afterB/", "/", "/"}));
+}
+
+TEST(ZrXmlReaderInclude, NestingDeeperThanTheLimitIsSkipped) {
+  ZrTest::TempDir dir;
+  const int chain = ZrXmlReader::m_theDefaultMaxIncludeDepth + 3;
+  for (int i = 0; i < chain; ++i)
+    dir.write("d" + std::to_string(i) + ".xml", "<d" + std::to_string(i) + ">" + include("d" + std::to_string(i + 1) + ".xml") + "</d" + std::to_string(i) + ">");
+  for (ZrU32 limit : {3u, static_cast<ZrU32>(ZrXmlReader::m_theDefaultMaxIncludeDepth)}) {
+    std::ifstream first(dir.file("d0.xml"));
+    ZrTest::PrintCapture capture;
+    ZrXmlReader reader(dir.file("d0.xml"), first);
+    if (limit == 3u) reader.setMaxIncludeDepth(limit);
+    EXPECT_EQ(reader.maxIncludeDepth(), limit);
+    const Items seen = items(reader);
+    ASSERT_EQ(seen.size(), 2u * (limit + 1));  // d0 .. d<limit>, each opened and closed
+    EXPECT_EQ(seen[limit], "d" + std::to_string(limit));
+    ASSERT_EQ(capture.count(), 1u) << capture.all();
+    EXPECT_TRUE(capture.contains("include nested deeper than " + std::to_string(limit) + " documents; skipped: " +
+                                 dir.file("d" + std::to_string(limit + 1) + ".xml")));
+  }
+}
+
+TEST(ZrXmlReaderInclude, CopiesShareOpenIncludesSafely) {
+  ZrTest::TempDir dir;
+  dir.write("part.xml", "<part><one/><two/></part>");
+  std::istringstream document("<doc>" + include("part.xml") + "<last/></doc>");
+  ZrXmlReader reader(dir.file("doc.xml"), document);
+  reader.readXml();
+  reader.readXml();
+  EXPECT_EQ(reader.readXml(), 3);  // <one/>, inside the included document
+  {
+    ZrXmlReader copy(reader);
+    EXPECT_EQ(copy.depth(), 2u);
+    EXPECT_EQ(items(copy), (Items{"two/", "/", "last/", "/"}));
+  }
+  ZrXmlReader assigned;
+  assigned = reader;
+  EXPECT_EQ(items(reader), (Items{"two/", "/", "last/", "/"}));  // the copy's end released nothing in use
+  EXPECT_EQ(assigned.depth(), 2u);
+}
+
+class ZrXmlReaderHttpInclude : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    m_theServedDir.write("docs/remote.xml", "<remote>" + include("leaf.xml") + "<remoteEnd/></remote>");
+    m_theServedDir.write("docs/leaf.xml", "<leaf version=\"4.0\"/>");
+    m_theServer.reset(new ZrTest::HttpServer(m_theServedDir.path()));
+    ASSERT_TRUE(m_theServer->running()) << "python3 test server did not start";
+    ZrIfHttpStream::setDefaultConnectTimeoutMs(2000);
+    ZrIfHttpStream::setDefaultStallTimeoutMs(2000);
+  }
+  void TearDown() override {
+    ZrIfHttpStream::setDefaultConnectTimeoutMs(10000);
+    ZrIfHttpStream::setDefaultStallTimeoutMs(30000);
+  }
+  ZrTest::TempDir m_theServedDir;
+  std::unique_ptr<ZrTest::HttpServer> m_theServer;
+};
+
+TEST_F(ZrXmlReaderHttpInclude, RelativeReferencesStayOnTheHost) {
+  std::istringstream document("<doc>" + include(m_theServer->url("docs/remote.xml")) + "<last/></doc>");
+  ZrTest::PrintCapture capture;
+  ZrXmlReader reader("/local/doc.xml", document);
+  Items seen;
+  std::string leafName;
+  for (int mode = reader.readXml(); mode != 0 && seen.size() < 20; mode = reader.readXml()) {
+    seen.push_back(mode == 2 ? "/" : reader.element().tokenText());
+    if (reader.element().tokenText() == "leaf") {
+      leafName = reader.filename();
+      EXPECT_FALSE(reader.versionFlag());  // the included root is checked too
+    }
+  }
+  EXPECT_EQ(seen, (Items{"doc", "remote", "leaf", "remoteEnd", "/", "last", "/"}));
+  EXPECT_EQ(leafName, m_theServer->url("docs/leaf.xml"));
+  EXPECT_TRUE(capture.contains("Input file version (v4.0) is greater")) << capture.all();
+}
+
+TEST_F(ZrXmlReaderHttpInclude, UnreachableOrForbiddenReferencesAreSkipped) {
+  const std::string missing = m_theServer->url("docs/missing.xml");
+  std::istringstream document("<doc>" + include(missing) + include(m_theServer->url("docs/leaf.xml")) + "<last/></doc>");
+  ZrTest::PrintCapture capture;
+  ZrXmlReader reader("/local/doc.xml", document);
+  EXPECT_EQ(items(reader), (Items{"doc", "leaf/", "last/", "/"}));
+  EXPECT_TRUE(capture.contains("status 404")) << capture.all();
+  EXPECT_TRUE(capture.contains("ZrXmlReader Error: not able to open file: " + missing + "\n"));
+
+  std::istringstream again("<doc>" + include(m_theServer->url("docs/leaf.xml")) + "<last/></doc>");
+  ZrXmlReader local("/local/doc.xml", again);
+  local.setHttpIncludesAllowed(false);
+  capture.clear();
+  EXPECT_EQ(items(local), (Items{"doc", "last/", "/"}));
+  EXPECT_TRUE(capture.contains("HTTP includes are switched off")) << capture.all();
+}
+
+}  // namespace

@@ -1,0 +1,48 @@
+// zrxml events FILE: one line per event.
+#include "ZrxmlTool.h"
+
+#include <ZrXmlFileReader.h>
+
+namespace zrxml {
+
+namespace {
+
+const char* modeName(int mode) {
+  static const char* const names[] = {"end", "start", "end-tag", "empty", "content", "error"};
+  return mode >= 0 && mode <= 5 ? names[mode] : "unknown";
+}
+
+std::string nameOf(const ZrToken& token) {
+  return token.namespaceText().empty() ? token.tokenText() : token.namespaceAndToken();
+}
+
+// "line 12: 1 start robot mass="12.5" name="r1"" and the like; attributes in name order.
+void printEvent(ZrXmlFileReader& reader, int mode) {
+  std::string line = "line " + std::to_string(reader.lineCountOfFile()) + ": " + std::to_string(mode) + " " +
+                     modeName(mode);
+  if (mode == 1 || mode == 3) {
+    line += " " + nameOf(reader.element());
+    while (reader.remainingNumOfAttributes() > 0) {
+      std::string name = nameOf(reader.attributeName());
+      line += " " + name + "=\"" + reader.attributeValue() + "\"";
+    }
+  } else if (mode == 2 || mode == 4) {
+    line += " " + nameOf(reader.endTag());
+    if (mode == 4) line += " \"" + reader.content() + "\"";
+  }
+  output("%s\n", line.c_str());
+}
+
+}  // namespace
+
+int eventsCommand(int argc, char** argv, const PrintRouter& router) {
+  if (argc != 1) {
+    output("usage: zrxml events FILE\n");
+    return ExitUsage;
+  }
+  DocumentSummary summary;
+  if (!readDocument(argv[0], printEvent, router, summary)) return ExitCannotOpen;
+  return summary.faults ? ExitFaults : ExitOk;
+}
+
+}  // namespace zrxml

@@ -1,0 +1,121 @@
+#include "ZrxmlTool.h"
+
+#include <ZrPrint.h>
+#include <ZrXmlFileReader.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include <cstdarg>
+#include <cstdio>
+#include <unistd.h>
+#include <vector>
+
+namespace zrxml {
+
+namespace {
+// Files below this size are read too quickly for a progress line to help.
+const std::size_t theProgressThreshold = 8u << 20;
+const std::chrono::milliseconds theProgressInterval(200);
+}  // namespace
+
+PrintRouter::PrintRouter() {
+  Zr::Print::instance().setSink([this](int printType, const std::string& message) { route(printType, message); });
+}
+
+PrintRouter::~PrintRouter() { Zr::Print::instance().resetSink(); }
+
+void PrintRouter::route(int printType, const std::string& message) {
+  if (printType == Zr::PrintInfo) {
+    std::fwrite(message.data(), 1, message.size(), stdout);
+    return;
+  }
+  if (printType == Zr::PrintNotice) {  // the progress line, redrawn in place
+    std::fwrite(message.data(), 1, message.size(), stderr);
+    std::fflush(stderr);
+    m_theProgressShown = message.find('\n') == std::string::npos && !message.empty();
+    return;
+  }
+  if (m_theProgressShown) {
+    std::fputs("\r\033[K", stderr);
+    m_theProgressShown = false;
+  }
+  bool detailLine = !message.empty() && message[0] == '\t';
+  if (printType >= Zr::PrintSizeWarning && !detailLine) ++m_theFaults;
+  std::fflush(stdout);
+  std::fwrite(message.data(), 1, message.size(), stderr);
+  std::fflush(stderr);
+}
+
+void output(const char* format, ...) {
+  va_list args;
+  va_start(args, format);
+  va_list copy;
+  va_copy(copy, args);
+  int needed = std::vsnprintf(nullptr, 0, format, args);
+  va_end(args);
+  if (needed < 0) {
+    va_end(copy);
+    return;
+  }
+  std::vector<char> text(static_cast<std::size_t>(needed) + 1);
+  std::vsnprintf(text.data(), text.size(), format, copy);
+  va_end(copy);
+  Zr::Print::instance().write(Zr::PrintInfo, "%s", text.data());
+}
+
+Progress::Progress(const std::string& path, std::size_t totalBytes)
+    : m_thePath(path),
+      m_theTotal(totalBytes),
+      m_theEnabled(totalBytes >= theProgressThreshold && isatty(STDERR_FILENO)),
+      m_theLastShown(std::chrono::steady_clock::now()) {}
+
+Progress::~Progress() {
+  if (m_theEnabled) Zr::Print::instance().write(Zr::PrintNotice, "\r\033[K");
+}
+
+void Progress::update(std::size_t bytesRead) {
+  if (!m_theEnabled) return;
+  auto now = std::chrono::steady_clock::now();
+  if (now - m_theLastShown < theProgressInterval) return;
+  m_theLastShown = now;
+  unsigned percent = static_cast<unsigned>(100.0 * static_cast<double>(bytesRead) / static_cast<double>(m_theTotal));
+  Zr::Print::instance().write(Zr::PrintNotice, "\rzrxml: reading %s  %3u%%", m_thePath.c_str(), percent > 100 ? 100 : percent);
+}
+
+bool readDocument(const std::string& path, const std::function<void(ZrXmlFileReader&, int)>& onEvent,
+                  const PrintRouter& router, DocumentSummary& summary) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) {
+    Zr::Print::instance().write(Zr::PrintError, "zrxml Error: cannot open file.\n\tFile: %s\n", path.c_str());
+    return false;
+  }
+  std::error_code ignored;
+  std::size_t size = static_cast<std::size_t>(std::filesystem::file_size(path, ignored));
+  std::size_t faultsBefore = router.faults();
+  {
+    Progress progress(path, ignored ? 0 : size);
+    ZrXmlFileReader reader(path, in);
+    for (;;) {
+      int mode = reader.readXml();
+      ++summary.events;
+      onEvent(reader, mode);
+      while (reader.remainingNumOfAttributes() > 0) reader.attributeValue();
+      if (mode == 5 || (mode == 0 && reader.atEndOfInput())) break;
+      if (progress.enabled() && (summary.events & 0xfff) == 0) {
+        std::streamoff position = in.tellg();
+        if (position >= 0) progress.update(static_cast<std::size_t>(position));
+      }
+    }
+    // A single element left open passes the tokenizer silently; for a check it is a fault all the same.
+    if (reader.openElements().size() == 1)
+      Zr::Print::instance().write(Zr::PrintError,
+                                  "zrxml Error: element not closed before the end of the file: %s\n\tFile: %s\n",
+                                  reader.element().c_str(), path.c_str());
+    summary.lines = reader.lineCountOfFile();
+  }
+  summary.faults = router.faults() - faultsBefore;
+  return true;
+}
+
+}  // namespace zrxml

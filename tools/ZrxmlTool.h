@@ -1,0 +1,92 @@
+#ifndef ZRXML_TOOL_H
+#define ZRXML_TOOL_H
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <string>
+
+class ZrXmlFileReader;
+
+// Shared pieces of the zrxml commands. Each command lives in its own source file and is entered in the
+// dispatch table of zrxml.cpp.
+namespace zrxml {
+
+// Exit codes of every command.
+enum ExitCode { ExitOk = 0, ExitFaults = 1, ExitCannotOpen = 2, ExitUsage = 64 };
+
+// A command receives the arguments that follow its name and the router that counts faults.
+class PrintRouter;
+typedef int (*CommandFunction)(int argc, char** argv, const PrintRouter& router);
+
+struct Command {
+  const char* name;
+  const char* arguments;
+  const char* summary;
+  CommandFunction run;
+};
+
+int checkCommand(int argc, char** argv, const PrintRouter& router);
+int eventsCommand(int argc, char** argv, const PrintRouter& router);
+
+// Installs itself as the print sink while it lives: information (the tool's own output) goes to standard
+// output, everything else to standard error. Error-type messages that open a report (not the detail lines
+// that begin with a tab) are counted as faults.
+class PrintRouter {
+ public:
+  PrintRouter();
+  ~PrintRouter();
+  PrintRouter(const PrintRouter&) = delete;
+  PrintRouter& operator=(const PrintRouter&) = delete;
+
+  std::size_t faults() const { return m_theFaults; }
+
+ private:
+  void route(int printType, const std::string& message);
+
+  std::size_t m_theFaults = 0;
+  bool m_theProgressShown = false;
+};
+
+// Prints the tool's own output (one printf-style line) through the print facility.
+void output(const char* format, ...)
+#if defined(__GNUC__)
+    __attribute__((format(printf, 1, 2)))
+#endif
+    ;
+
+// A progress line on standard error for large files, shown only when standard error is a terminal.
+class Progress {
+ public:
+  Progress(const std::string& path, std::size_t totalBytes);
+  ~Progress();
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+
+  bool enabled() const { return m_theEnabled; }
+  void update(std::size_t bytesRead);
+
+ private:
+  std::string m_thePath;
+  std::size_t m_theTotal;
+  bool m_theEnabled;
+  std::chrono::steady_clock::time_point m_theLastShown;
+};
+
+// What reading one document found.
+struct DocumentSummary {
+  std::size_t events = 0;
+  int lines = 0;
+  std::size_t faults = 0;
+};
+
+// Reads the document at `path` to its end through the tokenizer, calling `onEvent` after every event
+// (the handler may take the attributes; those it leaves are taken afterwards, since an unread attribute
+// is no fault of the document). Reading goes on after a 0 that came before the end of the input, and
+// stops in error mode. Returns false, after a report, when the file cannot be opened.
+bool readDocument(const std::string& path, const std::function<void(ZrXmlFileReader&, int)>& onEvent,
+                  const PrintRouter& router, DocumentSummary& summary);
+
+}  // namespace zrxml
+
+#endif

@@ -1,0 +1,1052 @@
+#include "ZrXmlFileReader.h"
+
+#include <ZrPrint.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+// One block read from the stream; the block array holds it plus the terminating NUL.
+const std::size_t theBlockSize = 16384;
+
+// A read buffer whose capacity grew past this (after a long token) is shrunk once it is mostly empty.
+const std::size_t theShrinkThreshold = 4 * 1024 * 1024;
+
+// Character classes, one bit each, looked up in a 256-entry table.
+enum CharClass : unsigned char {
+  White = 1,     // blank, tab, line feed, carriage return: the only white space the reader knows
+  NameStop = 2,  // ends an attribute name on the fast path: white space, '=', '/', '>'
+  WordStop = 4,  // ends an unquoted value on the fast path: white space, '/', '>'
+  TextStop = 8   // ends a word of text on the fast path: white space, '<'
+};
+
+constexpr std::array<unsigned char, 256> makeCharTable() {
+  std::array<unsigned char, 256> table{};
+  for (unsigned char c : {' ', '\t', '\n', '\r'}) table[c] = White | NameStop | WordStop | TextStop;
+  table[static_cast<unsigned char>('=')] = NameStop;
+  table[static_cast<unsigned char>('/')] = NameStop | WordStop;
+  table[static_cast<unsigned char>('>')] = NameStop | WordStop;
+  table[static_cast<unsigned char>('<')] = TextStop;
+  return table;
+}
+
+constexpr std::array<unsigned char, 256> theCharTable = makeCharTable();
+
+inline bool hasClass(char c, unsigned char charClass) { return theCharTable[static_cast<unsigned char>(c)] & charClass; }
+
+inline bool isWhite(char c) { return hasClass(c, White); }
+
+bool isAllWhite(std::string_view text) {
+  for (char c : text)
+    if (!isWhite(c)) return false;
+  return true;
+}
+
+// Trims white space at both ends; a text made only of white space is left as it is, like ZrToken::strip.
+std::string_view stripView(std::string_view text) {
+  std::size_t first = 0;
+  while (first < text.size() && isWhite(text[first])) ++first;
+  if (first == text.size()) return text;
+  std::size_t last = text.size();
+  while (isWhite(text[last - 1])) --last;
+  return text.substr(first, last - first);
+}
+
+std::string_view skipLeadingWhite(std::string_view text) {
+  std::size_t first = 0;
+  while (first < text.size() && isWhite(text[first])) ++first;
+  return text.substr(first);
+}
+
+// Everything up to and including the first ':' is a namespace prefix.
+std::string_view withoutPrefix(std::string_view name) {
+  std::size_t colon = name.find(':');
+  return colon == std::string_view::npos ? name : name.substr(colon + 1);
+}
+
+bool startsWith(std::string_view text, std::string_view start) { return text.substr(0, start.size()) == start; }
+
+bool endsWith(std::string_view text, std::string_view end) {
+  return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+}
+
+// Fills a token by the "namespace#token" rule, dropping a prefix from the local name; no allocation when
+// the texts fit the strings' capacity.
+void assignName(ZrToken& token, std::string_view text) {
+  std::size_t hash = text.find('#');
+  if (hash == std::string_view::npos) {
+    if (!token.namespaceText().empty()) token.setNamespace(std::string());
+  } else {
+    token.setNamespace(std::string(text.substr(0, hash)));
+    text.remove_prefix(hash + 1);
+  }
+  text = withoutPrefix(text);
+  token.clear();
+  token.append(text.data(), static_cast<ZrU32>(text.size()));
+}
+
+}  // namespace
+
+const ZrToken ZrXmlFileReader::m_theNullToken;
+const std::string ZrXmlFileReader::m_theNullString;
+const std::string ZrXmlFileReader::m_schemaInstanceNamespace = "http://www.w3.org/2001/XMLSchema-instance";
+std::size_t ZrXmlFileReader::m_theMaxTokenSize = std::size_t(1) << 30;
+
+std::size_t ZrXmlFileReader::defaultMaxTokenSize() { return m_theMaxTokenSize; }
+
+void ZrXmlFileReader::setDefaultMaxTokenSize(std::size_t bytes) { m_theMaxTokenSize = bytes; }
+
+// ---------------------------------------------------------------------------------------------------------
+// Construction
+
+// A reader without a stream reads nothing: its first readXml() meets the end of input.
+ZrXmlFileReader::ZrXmlFileReader() : ZrXmlFileReader(std::string(), nullptr) {}
+
+ZrXmlFileReader::ZrXmlFileReader(const std::string& filename, std::istream& stream)
+    : ZrXmlFileReader(filename, &stream) {}
+
+ZrXmlFileReader::ZrXmlFileReader(const std::string& filename, std::istream* stream)
+    : m_theStream(stream),
+      m_theFilename(filename),
+      m_theNumOfAttributes(0),
+      m_theContentOffset(0),
+      m_theContentVectorFlag(false),
+      m_theMode(0),
+      m_theLineCount(1),
+      m_theReadIndex(0),
+      m_theBlock(new char[theBlockSize]),
+      m_theStreamExhausted(m_theStream == nullptr),
+      m_theSearchingEndTag(false),
+      m_theLastEndTagPopped(false),
+      m_theFastActive(false),
+      m_theFastInTag(false),
+      m_theFastSelfClosed(false),
+      m_theFastBaseDepth(0) {
+  m_theReadBuffer.reserve(theBlockSize);
+}
+
+ZrXmlFileReader::ZrXmlFileReader(const ZrXmlFileReader& other) : m_theBlock(new char[theBlockSize]) {
+  copyFrom(other);
+}
+
+ZrXmlFileReader& ZrXmlFileReader::operator=(const ZrXmlFileReader& other) {
+  if (this != &other) copyFrom(other);
+  return *this;
+}
+
+// Copies the reading state; the block array and the pools of spare entries stay the copy's own.
+void ZrXmlFileReader::copyFrom(const ZrXmlFileReader& other) {
+  m_theStream = other.m_theStream;
+  m_theFilename = other.m_theFilename;
+  m_theElementStack = other.m_theElementStack;
+  m_theAttributes = other.m_theAttributes;
+  m_theNumOfAttributes = other.m_theNumOfAttributes;
+  m_theContent = other.m_theContent;
+  m_theContentOffset = other.m_theContentOffset;
+  m_theContentVectorFlag = other.m_theContentVectorFlag;
+  m_theMode = other.m_theMode;
+  m_theLineCount = other.m_theLineCount;
+  m_theEndTag = other.m_theEndTag;
+  m_theWorkToken = other.m_theWorkToken;
+  m_theValueBuffer = other.m_theValueBuffer;
+  m_theReadBuffer = other.m_theReadBuffer;
+  m_theReadIndex = other.m_theReadIndex;
+  m_theAttributeName = other.m_theAttributeName;
+  m_theStreamExhausted = other.m_theStreamExhausted;
+  m_theSearchingEndTag = other.m_theSearchingEndTag;
+  m_theLastEndTagPopped = other.m_theLastEndTagPopped;
+  m_theFastActive = other.m_theFastActive;
+  m_theFastInTag = other.m_theFastInTag;
+  m_theFastSelfClosed = other.m_theFastSelfClosed;
+  m_theFastBaseDepth = other.m_theFastBaseDepth;
+  m_theFastElement = other.m_theFastElement;
+  m_theFastName = other.m_theFastName;
+}
+
+// A single element left open passes silently: a reader that stops after its root's start tag is normal.
+ZrXmlFileReader::~ZrXmlFileReader() {
+  if (m_theElementStack.size() > 1) warnMessage("file not well formed.\n\tSome start tags not closed with end tag.");
+  if (!m_theAttributes.empty()) warnMessage("file not well formed.\n\tSome attribute were not used.");
+}
+
+void ZrXmlFileReader::close() {
+  delete m_theStream;
+  m_theStream = nullptr;
+  m_theStreamExhausted = true;
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Accessors
+
+int ZrXmlFileReader::mode() const { return m_theMode; }
+
+const ZrToken& ZrXmlFileReader::element() const {
+  return m_theElementStack.empty() ? m_theNullToken : m_theElementStack.back().element;
+}
+
+const ZrToken& ZrXmlFileReader::attributeName() const {
+  return m_theAttributes.empty() ? m_theNullToken : m_theAttributes.begin()->first;
+}
+
+const ZrToken& ZrXmlFileReader::attributeName(const ZrToken& name) const {
+  auto entry = m_theAttributes.find(name);
+  return entry == m_theAttributes.end() ? m_theNullToken : entry->first;
+}
+
+const std::string& ZrXmlFileReader::attributeValue() {
+  if (m_theAttributes.empty()) return m_theNullString;
+  takeAttributeValue(m_theAttributes.begin());
+  return m_theValueBuffer;
+}
+
+const std::string& ZrXmlFileReader::attributeValue(const ZrToken& name) {
+  auto entry = m_theAttributes.find(name);
+  if (entry == m_theAttributes.end()) return m_theNullString;
+  takeAttributeValue(entry);
+  return m_theValueBuffer;
+}
+
+// Moves the value into the value buffer and keeps the map node for a later tag.
+void ZrXmlFileReader::takeAttributeValue(AttributeMap::iterator entry) {
+  auto node = m_theAttributes.extract(entry);
+  m_theValueBuffer.swap(node.mapped());
+  m_theSpareAttributes.push_back(std::move(node));
+}
+
+ZrU32 ZrXmlFileReader::numOfAttributes() const { return m_theNumOfAttributes; }
+
+ZrU32 ZrXmlFileReader::remainingNumOfAttributes() const { return static_cast<ZrU32>(m_theAttributes.size()); }
+
+std::string ZrXmlFileReader::content() const {
+  if (m_theContentVectorFlag) return contentByWord();
+  return m_theContent.substr(std::min(m_theContentOffset, m_theContent.size()));
+}
+
+std::string ZrXmlFileReader::contentByWord() const {
+  std::size_t size = m_theContent.size();
+  std::size_t begin = m_theContentOffset;
+  while (begin < size && isWhite(m_theContent[begin])) ++begin;
+  std::size_t end = begin;
+  while (end < size && !isWhite(m_theContent[end])) ++end;
+  std::size_t next = end;
+  while (next < size && isWhite(m_theContent[next])) ++next;
+  m_theContentOffset = next;
+  return m_theContent.substr(begin, end - begin);
+}
+
+ZrU32 ZrXmlFileReader::contentCount() const {
+  return wordCount(m_theContentOffset == 0 ? m_theContent : m_theContent.substr(m_theContentOffset));
+}
+
+ZrBoolean ZrXmlFileReader::isContentAvailable() const { return m_theContentOffset < m_theContent.size(); }
+
+void ZrXmlFileReader::setContentVectorFlag(bool flag) { m_theContentVectorFlag = flag; }
+
+const std::string& ZrXmlFileReader::filename() { return m_theFilename; }
+
+int ZrXmlFileReader::lineCountOfFile() const { return m_theLineCount; }
+
+std::istream* ZrXmlFileReader::stream() const { return m_theStream; }
+
+bool ZrXmlFileReader::atEndOfInput() const {
+  return m_theStreamExhausted && m_theReadIndex >= m_theReadBuffer.size();
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Messages
+
+void ZrXmlFileReader::warnMessage(const char* what) const {
+  Zr::Print::instance().write(Zr::PrintError, "ZrXmlFileReader Error: %s\n\tFile: %s\n\tLine: %d\n", what,
+                              m_theFilename.c_str(), m_theLineCount);
+}
+
+void ZrXmlFileReader::warnFormatted(const char* format, ...) const {
+  char text[256];
+  va_list args;
+  va_start(args, format);
+  std::vsnprintf(text, sizeof text, format, args);
+  va_end(args);
+  warnMessage(text);
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// The read buffer
+
+// Drops the consumed front of the buffer (once per block, never per token) and appends one block. Returns
+// false when the stream has nothing more to give.
+bool ZrXmlFileReader::readBlock() {
+  if (m_theStreamExhausted) return false;
+  if (m_theReadIndex > 0) {
+    m_theReadBuffer.erase(0, m_theReadIndex);
+    m_theReadIndex = 0;
+    if (m_theReadBuffer.capacity() > theShrinkThreshold && m_theReadBuffer.size() < theBlockSize) {
+      m_theReadBuffer.shrink_to_fit();
+      m_theReadBuffer.reserve(theBlockSize);
+    }
+  }
+  if (m_theReadBuffer.size() > m_theMaxTokenSize) {
+    warnFormatted("file not well formed.\n\tA tag, comment or text longer than %zu bytes was found; reading stops.",
+                  m_theMaxTokenSize);
+    m_theStreamExhausted = true;
+    return false;
+  }
+  if (!m_theStream) {
+    m_theStreamExhausted = true;
+    return false;
+  }
+  m_theStream->read(m_theBlock.get(), static_cast<std::streamsize>(theBlockSize - 1));
+  std::streamsize count = m_theStream->gcount();
+  if (count <= 0) {
+    m_theStreamExhausted = true;
+    return false;
+  }
+  if (m_theStream->eof()) m_theStreamExhausted = true;
+  m_theBlock[static_cast<std::size_t>(count)] = '\0';
+  std::size_t length = std::strlen(m_theBlock.get());  // the block is taken as a C string: cut at a NUL
+  m_theReadBuffer.append(m_theBlock.get(), length);
+  if (length < static_cast<std::size_t>(count))
+    warnMessage("file not well formed.\n\tNUL character in the input; the rest of its block was dropped.");
+  return true;
+}
+
+// Position of the next `c` at or after `from`, reading blocks as needed; npos at end of input. After a
+// block read only the new bytes are searched.
+std::size_t ZrXmlFileReader::findChar(char c, std::size_t from) {
+  for (;;) {
+    std::size_t size = m_theReadBuffer.size();
+    if (from < size) {
+      const char* data = m_theReadBuffer.data();
+      const void* hit = std::memchr(data + from, c, size - from);
+      if (hit) return static_cast<std::size_t>(static_cast<const char*>(hit) - data);
+    }
+    std::size_t searched = size - m_theReadIndex;  // relative to the read index, which a block read moves to 0
+    if (!readBlock()) return npos;
+    from = m_theReadIndex + searched;
+  }
+}
+
+bool ZrXmlFileReader::ensureAvailable(std::size_t count) {
+  while (m_theReadBuffer.size() - m_theReadIndex < count)
+    if (!readBlock()) return false;
+  return true;
+}
+
+void ZrXmlFileReader::consumeTo(std::size_t position) {
+  const char* data = m_theReadBuffer.data();
+  m_theLineCount += static_cast<int>(std::count(data + m_theReadIndex, data + position, '\n'));
+  m_theReadIndex = position;
+}
+
+// Consumes characters of the class; false when the input ended before another character.
+bool ZrXmlFileReader::skipWhile(unsigned char charClass) {
+  for (;;) {
+    const char* data = m_theReadBuffer.data();
+    std::size_t size = m_theReadBuffer.size();
+    std::size_t at = m_theReadIndex;
+    while (at < size && hasClass(data[at], charClass)) ++at;
+    consumeTo(at);
+    if (at < size) return true;
+    if (!readBlock()) return false;
+  }
+}
+
+// Consumes characters up to one of the class into `out`.
+void ZrXmlFileReader::readUntil(unsigned char charClass, std::string& out) {
+  out.clear();
+  for (;;) {
+    const char* data = m_theReadBuffer.data();
+    std::size_t size = m_theReadBuffer.size();
+    std::size_t at = m_theReadIndex;
+    while (at < size && !hasClass(data[at], charClass)) ++at;
+    out.append(data + m_theReadIndex, at - m_theReadIndex);
+    consumeTo(at);
+    if (at < size || !readBlock()) return;
+  }
+}
+
+ZrBoolean ZrXmlFileReader::getLineWithLineCount(std::string& out, char delimiter, bool skip) {
+  std::size_t found = findChar(delimiter, m_theReadIndex);
+  if (found == npos) {
+    out.assign(m_theReadBuffer, m_theReadIndex, std::string::npos);
+    consumeTo(m_theReadBuffer.size());
+    return false;
+  }
+  out.assign(m_theReadBuffer, m_theReadIndex, found - m_theReadIndex);
+  consumeTo(skip ? found + 1 : found);
+  return true;
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Events
+
+int ZrXmlFileReader::readXml() {
+  if (m_theFastInTag) fastFinishTag(true);
+  m_theFastActive = false;
+  m_theFastSelfClosed = false;
+  switch (m_theMode) {
+    case 0:
+      m_theMode = nextEvent();
+      if (m_theMode != 1 && m_theMode != 3) warnMessage("file not well formed.\n\tFile must begin with start tag.");
+      return m_theMode;
+    case 1:
+      m_theContent.clear();
+      m_theContentOffset = 0;
+      m_theContentVectorFlag = false;
+      m_theMode = nextEvent();
+      if (m_theMode == 0) warnMessage("file not well formed.\n\tPremature end of file.");
+      return m_theMode;
+    case 3:
+      popElement();  // the empty element closes itself
+      [[fallthrough]];
+    case 2:
+    case 4:
+      m_theMode = nextEvent();
+      if (m_theMode == 4) {
+        warnMessage("file not well formed.\n\tContent cannot follow end tag.");
+        if (m_theMode != 0 && !nextMatchingEndTag()) warnMessage("file not well formed.\n\tNo start tag found.");
+      }
+      return m_theMode;
+    case 5:
+      warnMessage("error mode encountered.");
+      return m_theMode;
+    default:
+      return m_theMode;
+  }
+}
+
+// One event. Comments and declarations are skipped in this loop, never by recursion, so any number of
+// them in a row costs no stack.
+int ZrXmlFileReader::nextEvent() {
+  bool contentRead = false;
+  for (;;) {
+    std::size_t open = findChar('<', m_theReadIndex);
+    if (open == npos) {
+      bool white = isAllWhite(std::string_view(m_theReadBuffer).substr(m_theReadIndex));
+      consumeTo(m_theReadBuffer.size());
+      if (!white) warnMessage("file not well formed.\n\tExtra characters found before EOF.");
+      return 0;
+    }
+    std::string_view text(m_theReadBuffer.data() + m_theReadIndex, open - m_theReadIndex);
+    consumeTo(open + 1);
+    if (!isAllWhite(text)) {
+      if (m_theMode == 1) {
+        // The content is trimmed when it ends, so its leading white space is never stored.
+        m_theContent.append(m_theContent.empty() ? skipLeadingWhite(text) : text);
+        contentRead = true;
+      } else {
+        warnMessage("file not well formed.\n\tContent can only follow start tag.");
+      }
+    }
+
+    std::size_t close = findChar('>', m_theReadIndex);
+    if (close == npos) {
+      consumeTo(m_theReadBuffer.size());
+      if (!m_theElementStack.empty()) warnMessage("file not well formed.\n\tEOF found before end of tag.");
+      return 0;
+    }
+    std::string_view tag(m_theReadBuffer.data() + m_theReadIndex, close - m_theReadIndex);
+    consumeTo(close + 1);
+
+    if (startsWith(tag, "!--")) {
+      if (!endsWith(tag, "--")) skipCommentRest(tag.back(), false, nullptr);
+      continue;
+    }
+    if (!tag.empty() && tag[0] == '?') {
+      if (tag.back() != '?') warnMessage("file not well formed.\n\tDeclaration not properly defined.");
+      continue;
+    }
+
+    int type = classifyTag(tag);
+    if (type == 5) {
+      warnMessage("file not well formed.\n\tTag contains only white space.");
+      if (m_theSearchingEndTag) continue;  // already searching: no nested search
+      m_theSearchingEndTag = true;
+      bool found = nextMatchingEndTag();
+      m_theSearchingEndTag = false;
+      type = found ? 0 : 5;
+    }
+    if (contentRead) {
+      if (type == 2) {
+        std::size_t last = m_theContent.find_last_not_of(" \t\n\r");
+        m_theContent.resize(last == std::string::npos ? 0 : last + 1);
+        return 4;
+      }
+      if (type != 4) warnMessage("file not well formed.\n\tContent did not conclude with proper end tag.");
+    }
+    return type;
+  }
+}
+
+// The rest of a comment whose first '>' came before a closing "--": it ends at the first "--" that
+// follows (counting the tag's last character) and then at the next '>'. With `text`, the characters read
+// are appended to it the way the tag text grows.
+void ZrXmlFileReader::skipCommentRest(char lastChar, bool endsWithDashes, std::string* text) {
+  char previous = lastChar;
+  while (!endsWithDashes) {
+    std::size_t dash = findChar('-', m_theReadIndex);
+    if (dash == npos) {
+      if (text) text->append(m_theReadBuffer, m_theReadIndex, std::string::npos);
+      consumeTo(m_theReadBuffer.size());
+      warnMessage("file not well formed.\n\tEOF found within comment.");
+      return;
+    }
+    endsWithDashes = dash == m_theReadIndex && previous == '-';
+    if (text) text->append(m_theReadBuffer, m_theReadIndex, dash - m_theReadIndex).append(1, '-');
+    consumeTo(dash + 1);
+    previous = '-';
+  }
+  std::size_t close = findChar('>', m_theReadIndex);
+  if (close == npos) {
+    if (text) text->append(m_theReadBuffer, m_theReadIndex, std::string::npos);
+    consumeTo(m_theReadBuffer.size());
+    warnMessage("file not well formed.\n\tEOF found within comment.");
+    return;
+  }
+  bool clean = close == m_theReadIndex;
+  if (text) text->append(m_theReadBuffer, m_theReadIndex, close - m_theReadIndex).append(1, '>');
+  consumeTo(close + 1);
+  if (!clean) warnMessage("file not well formed.\n\tComment contains extra -- in it.");
+}
+
+ZrBoolean ZrXmlFileReader::isComment(std::string& tag) {
+  if (startsWith(tag, "!--")) {
+    if (!endsWith(tag, "--")) skipCommentRest(tag.back(), false, &tag);
+    return true;
+  }
+  if (!tag.empty() && tag[0] == '?') {
+    if (tag.back() != '?') warnMessage("file not well formed.\n\tDeclaration not properly defined.");
+    return true;
+  }
+  return false;
+}
+
+int ZrXmlFileReader::tagType(std::string& tag) { return classifyTag(tag); }
+
+// Classifies the text between '<' and '>' and applies it: an end tag closes, a start tag opens.
+int ZrXmlFileReader::classifyTag(std::string_view tag) {
+  if (isAllWhite(tag)) return 5;
+  if (tag[0] == '/') return readEndTag(tag);
+  bool empty = tag.back() == '/';
+  if (tag[0] == ' ') warnMessage("file not well formed.\n\tWhite space cannot exist before start tag name.");
+  if (empty) tag.remove_suffix(1);
+  parseStartTag(stripView(tag));
+  return empty ? 3 : 1;
+}
+
+int ZrXmlFileReader::readEndTag(std::string_view tag) {
+  if (tag.size() > 1 && tag[1] == ' ')
+    warnMessage("file not well formed.\n\tWhite space cannot exist before end tag name.");
+  assignName(m_theEndTag, stripView(tag.substr(1)));
+  m_theLastEndTagPopped = false;
+  if (m_theElementStack.empty()) {
+    warnMessage("file not well formed.\n\tMore end tags than start tags.");
+  } else if (m_theEndTag == m_theElementStack.back().element) {
+    popElement();
+    m_theLastEndTagPopped = true;
+  } else {
+    warnMessage("file not well formed.\n\tEnd tag closed incorrect start tag.");
+    Zr::Print::instance().write(Zr::PrintError, "\tStart tag: %s\n\tEnd tag: %s\n",
+                                m_theElementStack.back().element.c_str(), m_theEndTag.c_str());
+  }
+  return 2;
+}
+
+ZrBoolean ZrXmlFileReader::parseElementAndAttributes(std::string& text) {
+  ZrBoolean parsed = parseStartTag(text);
+  text.clear();
+  return parsed;
+}
+
+bool ZrXmlFileReader::parseStartTag(std::string_view text) {
+  pushElement();
+  text = skipLeadingWhite(text);
+  std::size_t nameEnd = 0;
+  while (nameEnd < text.size() && !isWhite(text[nameEnd])) ++nameEnd;
+  std::string_view name = text.substr(0, nameEnd);
+  std::size_t hash = name.find('#');
+  if ((hash == std::string_view::npos ? name.size() : name.size() - hash - 1) == 0) {
+    warnMessage("file not well formed.\n\tNo element name found in start tag.");
+    return false;
+  }
+  text = skipLeadingWhite(text.substr(nameEnd));
+  if (!m_theAttributes.empty()) {
+    warnMessage("file possibly not valid.\n\tPrevious attribute names were not used.");
+    clearAttributes();
+  }
+
+  while (!text.empty()) {
+    if (text.find('=') == std::string_view::npos) {
+      warnMessage("file not well formed.\n\tExtra characters found behind element or attributes.");
+      break;
+    }
+    std::size_t attributeEnd = text.find_first_of(" \t\n\r=");
+    std::string_view attribute = text.substr(0, attributeEnd);
+    if (attribute.empty()) {
+      warnMessage("file not well formed.\n\tMissing attribute name.");
+      break;
+    }
+    text = skipLeadingWhite(text.substr(text.find('=') + 1));
+    std::string_view value;
+    if (!text.empty() && (text[0] == '"' || text[0] == '\'')) {
+      std::size_t quote = text.find(text[0], 1);
+      if (quote == std::string_view::npos) {
+        warnMessage("file not well formed.\n\tSecond quote of attribute value is missing.");
+        value = text.substr(1);
+        text = std::string_view();
+      } else {
+        value = text.substr(1, quote - 1);
+        text = skipLeadingWhite(text.substr(quote + 1));
+      }
+    } else {
+      warnMessage("file not well formed.\n\tMissing quotes around attribute value.");
+      std::size_t wordEnd = 0;
+      while (wordEnd < text.size() && !isWhite(text[wordEnd])) ++wordEnd;
+      value = text.substr(0, wordEnd);
+      text = skipLeadingWhite(text.substr(wordEnd));
+    }
+    if (startsWith(attribute, "xmlns"))
+      declareNamespace(attribute, value);
+    else if (!startsWith(attribute, "xsi:"))
+      addAttribute(attribute, value);
+  }
+
+  assignName(m_theElementStack.back().element, name);
+  m_theNumOfAttributes = static_cast<ZrU32>(m_theAttributes.size());
+  return true;
+}
+
+void ZrXmlFileReader::declareNamespace(std::string_view name, std::string_view uri) {
+  name.remove_prefix(5);  // "xmlns"
+  if (!name.empty() && name[0] == ':') name.remove_prefix(1);
+  std::string prefix(name);
+  auto& namespaces = m_theElementStack.back().namespaces;
+  auto known = namespaces.find(prefix);
+  if (known != namespaces.end()) {
+    if (known->second == uri) {
+      std::string uriText(uri);
+      Zr::Print::instance().write(Zr::PrintError, "ZrXmlReader Error: Namespace already declared: %s\n",
+                                  uriText.c_str());
+    }
+    return;  // an existing mapping is kept
+  }
+  if (uri == m_schemaInstanceNamespace) return;
+  namespaces.emplace(std::move(prefix), std::string(uri));
+}
+
+// The first value of a name is kept. Map nodes of earlier tags are reused, so a document whose tags have
+// a steady number of attributes allocates nothing here once warmed up.
+void ZrXmlFileReader::addAttribute(std::string_view name, std::string_view value) {
+  assignName(m_theAttributeName, name);
+  auto position = m_theAttributes.lower_bound(m_theAttributeName);
+  if (position != m_theAttributes.end() && !(m_theAttributeName < position->first)) return;
+  if (m_theSpareAttributes.empty()) {
+    m_theAttributes.emplace_hint(position, m_theAttributeName, std::string(value));
+    return;
+  }
+  AttributeMap::node_type node = std::move(m_theSpareAttributes.back());
+  m_theSpareAttributes.pop_back();
+  node.key() = m_theAttributeName;
+  node.mapped().assign(value.data(), value.size());
+  m_theAttributes.insert(position, std::move(node));
+}
+
+void ZrXmlFileReader::clearAttributes() {
+  while (!m_theAttributes.empty()) m_theSpareAttributes.push_back(m_theAttributes.extract(m_theAttributes.begin()));
+}
+
+// A new entry inherits the innermost entry's namespaces. Popped entries are reused; their namespace map is
+// copied only when it differs, which in most documents it never does.
+void ZrXmlFileReader::pushElement() {
+  if (m_theSpareElements.empty()) {
+    if (m_theElementStack.empty())
+      m_theElementStack.emplace_back();
+    else
+      m_theElementStack.push_back(m_theElementStack.back());
+    return;
+  }
+  ElementStruct entry = std::move(m_theSpareElements.back());
+  m_theSpareElements.pop_back();
+  if (m_theElementStack.empty()) {
+    entry.element.clear();
+    entry.element.setNamespace(std::string());
+    entry.namespaces.clear();
+  } else {
+    const ElementStruct& parent = m_theElementStack.back();
+    entry.element = parent.element;
+    if (entry.namespaces != parent.namespaces) entry.namespaces = parent.namespaces;
+  }
+  m_theElementStack.push_back(std::move(entry));
+}
+
+void ZrXmlFileReader::popElement() {
+  if (m_theElementStack.empty()) return;
+  m_theSpareElements.push_back(std::move(m_theElementStack.back()));
+  m_theElementStack.pop_back();
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Skipping and collecting elements
+
+// Whether the end tag just read closes the element `target` that stood at stack depth `depth`: it popped
+// that element, or it carries the element's name but closed nothing (a fault already reported).
+bool ZrXmlFileReader::closesElement(const ZrToken& target, std::size_t depth) const {
+  if (m_theElementStack.size() < depth) return true;
+  return m_theEndTag == target && !m_theLastEndTagPopped;
+}
+
+ZrBoolean ZrXmlFileReader::nextMatchingEndTag() {
+  if (m_theMode == 3) return true;
+  ZrToken target = element();
+  std::size_t depth = m_theElementStack.size();
+  for (;;) {
+    clearAttributes();
+    int event = readXml();
+    if (event == 2 || event == 4) {
+      if (closesElement(target, depth)) return true;
+    } else if (event == 0) {
+      if (atEndOfInput()) {
+        warnMessage("Requested next end tag but found EOF.");
+        return false;
+      }
+    } else if (event == 5) {
+      return false;
+    }
+  }
+}
+
+std::string ZrXmlFileReader::getChildrenAsString() {
+  std::string children;
+  if (m_theMode == 3) {
+    m_theEndTag = element();
+    popElement();
+    m_theMode = 2;
+    return children;
+  }
+  ZrToken target = element();
+  std::size_t depth = m_theElementStack.size();
+  for (;;) {
+    int event = readXml();
+    switch (event) {
+      case 1:
+      case 3:
+        children.append(1, '<').append(element().tokenText());
+        while (!m_theAttributes.empty()) {
+          children.append(1, ' ').append(m_theAttributes.begin()->first.tokenText());
+          const std::string& value = attributeValue();
+          char quote = value.find('"') == std::string::npos ? '"' : '\'';
+          children.append("=").append(1, quote).append(value).append(1, quote);
+        }
+        children.append(event == 3 ? "/>" : ">");
+        break;
+      case 4:
+        children.append(content());
+        [[fallthrough]];
+      case 2:
+        if (closesElement(target, depth)) return children;
+        children.append("</").append(m_theEndTag.tokenText()).append(">");
+        break;
+      case 0:
+        if (!atEndOfInput()) break;
+        Zr::Print::instance().write(Zr::PrintError,
+                                    "getChildrenAsString Error: end of file too early -- expecting start tag.\n"
+                                    "\tFile: %s\n\tLine: %d\n",
+                                    m_theFilename.c_str(), m_theLineCount);
+        return children;
+      default:
+        return children;
+    }
+  }
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Text helpers
+
+void ZrXmlFileReader::swapNamespacePrefixWithUri(ZrToken& token, DEFAULT_NAMESPACE_OPTION) const {
+  std::size_t colon = token.find(':');
+  if (colon != std::string::npos) token.erase(0, static_cast<ZrU32>(colon + 1));
+}
+
+std::string ZrXmlFileReader::nextWord(std::string& text) const {
+  std::size_t begin = 0;
+  while (begin < text.size() && isWhite(text[begin])) ++begin;
+  std::size_t end = begin;
+  while (end < text.size() && !isWhite(text[end])) ++end;
+  std::string word = text.substr(begin, end - begin);
+  while (end < text.size() && isWhite(text[end])) ++end;
+  text.erase(0, end);
+  return word;
+}
+
+ZrU32 ZrXmlFileReader::wordCount(const std::string& text) const {
+  ZrU32 count = 0;
+  bool inWord = false;
+  for (char c : text) {
+    bool white = isWhite(c);
+    if (!white && !inWord) ++count;
+    inWord = !white;
+  }
+  return count;
+}
+
+std::string ZrXmlFileReader::nextQuotedToken(std::string& text) const {
+  if (text.empty() || (text[0] != '"' && text[0] != '\'')) return nextWord(text);
+  std::size_t quote = text.find(text[0], 1);
+  if (quote == std::string::npos) {
+    std::string value = text.substr(1);
+    text.clear();
+    return value;
+  }
+  std::string value = text.substr(1, quote - 1);
+  text.erase(0, quote + 1);
+  stripLeadingWhiteSpace(text);
+  return value;
+}
+
+void ZrXmlFileReader::stripWhiteSpaceFromBounds(std::string& text) const {
+  std::string_view stripped = stripView(text);
+  if (stripped.size() != text.size()) text = std::string(stripped);
+}
+
+void ZrXmlFileReader::stripLeadingWhiteSpace(std::string& text) const {
+  std::size_t first = text.find_first_not_of(" \t\n\r");
+  if (first != std::string::npos) text.erase(0, first);
+}
+
+void ZrXmlFileReader::stripTrailingWhiteSpace(std::string& text) const {
+  std::size_t last = text.find_last_not_of(" \t\n\r");
+  if (last != std::string::npos) text.erase(last + 1);
+}
+
+void ZrXmlFileReader::stripLeadingSlash(std::string& text) const {
+  if (!text.empty() && text[0] == '/') text.erase(0, 1);
+}
+
+void ZrXmlFileReader::stripTrailingSlash(std::string& text) const {
+  if (!text.empty() && text.back() == '/') text.pop_back();
+}
+
+void ZrXmlFileReader::stripQuotes(std::string& text) const {
+  if (text.size() >= 2 && (text[0] == '"' || text[0] == '\'') && text.back() == text[0]) {
+    text = text.substr(1, text.size() - 2);
+    return;
+  }
+  warnMessage("file not well formed.\n\tImproper quotes around attribute value.");
+}
+
+ZrBoolean ZrXmlFileReader::isWhiteSpace(std::string& text) const { return isAllWhite(text); }
+
+// ---------------------------------------------------------------------------------------------------------
+// The fast path
+
+void ZrXmlFileReader::beginFast() {
+  if (m_theFastActive) return;
+  m_theFastActive = true;
+  m_theFastBaseDepth = m_theElementStack.size();
+}
+
+// At '<' followed by '!' or '?': skips the comment or declaration. False when not at such markup.
+bool ZrXmlFileReader::fastSkipMarkup() {
+  if (!ensureAvailable(2)) return false;
+  const char* here = m_theReadBuffer.data() + m_theReadIndex;
+  if (here[0] != '<' || (here[1] != '!' && here[1] != '?')) return false;
+  std::size_t close = findChar('>', m_theReadIndex + 1);
+  if (close == npos) {
+    consumeTo(m_theReadBuffer.size());
+    warnMessage("file not well formed.\n\tEOF found before end of tag.");
+    return true;
+  }
+  std::string_view tag(m_theReadBuffer.data() + m_theReadIndex + 1, close - m_theReadIndex - 1);
+  consumeTo(close + 1);
+  if (startsWith(tag, "!--")) {
+    if (!endsWith(tag, "--")) skipCommentRest(tag.back(), false, nullptr);
+  } else if (tag[0] == '?' && tag.back() != '?') {
+    warnMessage("file not well formed.\n\tDeclaration not properly defined.");
+  }
+  return true;
+}
+
+// At "</": reads the end tag as readXml() would. With `onlyIfNamed`, only an end tag of the element the
+// fast path entered last is read. False when nothing was consumed.
+bool ZrXmlFileReader::fastCloseEndTag(bool onlyIfNamed) {
+  std::size_t close = findChar('>', m_theReadIndex);
+  if (close == npos) return false;
+  std::string_view tag(m_theReadBuffer.data() + m_theReadIndex + 1, close - m_theReadIndex - 1);
+  if (onlyIfNamed) {
+    assignName(m_theWorkToken, stripView(tag.substr(1)));
+    if (!(m_theWorkToken == m_theFastElement)) return false;
+    m_theEndTag = m_theWorkToken;
+    consumeTo(close + 1);
+    return true;
+  }
+  consumeTo(close + 1);
+  readEndTag(tag);
+  return true;
+}
+
+// Between tags: passes white space, comments and declarations, and end tags of elements the fast path
+// opened; enters the next start tag. False at text, at any other end tag or at the end of input.
+bool ZrXmlFileReader::fastEnterStartTag() {
+  m_theFastSelfClosed = false;
+  for (;;) {
+    if (!skipWhile(White) || !ensureAvailable(2)) return false;
+    const char* here = m_theReadBuffer.data() + m_theReadIndex;
+    if (here[0] != '<') return false;
+    if (here[1] == '!' || here[1] == '?') {
+      fastSkipMarkup();
+      continue;
+    }
+    if (here[1] == '/') {
+      if (m_theElementStack.size() <= m_theFastBaseDepth || !fastCloseEndTag(false)) return false;
+      continue;
+    }
+    consumeTo(m_theReadIndex + 1);
+    readUntil(NameStop, m_theFastName);
+    assignName(m_theFastElement, m_theFastName);
+    m_theFastInTag = true;
+    return true;
+  }
+}
+
+// Inside a start tag: reads the next attribute into the value buffer. False when the tag ended instead.
+// `passedOver` tells that the attribute was a namespace declaration or an "xsi:" attribute.
+bool ZrXmlFileReader::fastReadAttribute(bool& passedOver) {
+  passedOver = false;
+  if (!skipWhile(White)) {
+    m_theFastInTag = false;
+    warnMessage("file not well formed.\n\tEOF found before end of tag.");
+    return false;
+  }
+  char next = m_theReadBuffer[m_theReadIndex];
+  if (next == '/' || next == '>') {
+    fastFinishTag(true);
+    return false;
+  }
+  readUntil(NameStop, m_theFastName);
+  if (!skipWhile(White) || m_theReadBuffer[m_theReadIndex] != '=') {
+    warnMessage("file not well formed.\n\tExtra characters found behind element or attributes.");
+    passedOver = true;
+    return true;
+  }
+  consumeTo(m_theReadIndex + 1);
+  skipWhile(White);
+  char quote = m_theReadIndex < m_theReadBuffer.size() ? m_theReadBuffer[m_theReadIndex] : '\0';
+  if (quote == '"' || quote == '\'') {
+    consumeTo(m_theReadIndex + 1);
+    std::size_t end = findChar(quote, m_theReadIndex);
+    if (end == npos) {
+      warnMessage("file not well formed.\n\tSecond quote of attribute value is missing.");
+      m_theValueBuffer.assign(m_theReadBuffer, m_theReadIndex, std::string::npos);
+      consumeTo(m_theReadBuffer.size());
+      m_theFastInTag = false;
+      return true;
+    }
+    m_theValueBuffer.assign(m_theReadBuffer, m_theReadIndex, end - m_theReadIndex);
+    consumeTo(end + 1);
+  } else {
+    warnMessage("file not well formed.\n\tMissing quotes around attribute value.");
+    readUntil(WordStop, m_theValueBuffer);
+  }
+  passedOver = startsWith(m_theFastName, "xmlns") || startsWith(m_theFastName, "xsi:");
+  // When no further attribute follows, the tag is finished now, so that readXml() can go on after it.
+  if (skipWhile(White)) {
+    next = m_theReadBuffer[m_theReadIndex];
+    if (next == '/' || next == '>') fastFinishTag(true);
+  }
+  return true;
+}
+
+// Consumes the rest of the start tag the fast path stands in. After ">", the element is pushed as open,
+// unless `closeEmptyPair` is set and its own end tag follows, which is then consumed too.
+void ZrXmlFileReader::fastFinishTag(bool closeEmptyPair) {
+  m_theFastInTag = false;
+  std::size_t close = findChar('>', m_theReadIndex);
+  if (close == npos) {
+    consumeTo(m_theReadBuffer.size());
+    warnMessage("file not well formed.\n\tEOF found before end of tag.");
+    return;
+  }
+  bool selfClosed = close > m_theReadIndex && m_theReadBuffer[close - 1] == '/';
+  consumeTo(close + 1);
+  if (selfClosed) {
+    m_theFastSelfClosed = true;
+    return;
+  }
+  if (closeEmptyPair) {
+    while (skipWhile(White) && fastSkipMarkup()) {
+    }
+    if (ensureAvailable(2) && m_theReadBuffer.compare(m_theReadIndex, 2, "</") == 0 && fastCloseEndTag(true)) return;
+  }
+  pushElement();
+  m_theElementStack.back().element = m_theFastElement;
+}
+
+const std::string& ZrXmlFileReader::getAttributeValueFast() {
+  beginFast();
+  for (;;) {
+    if (!m_theFastInTag && !fastEnterStartTag()) {
+      m_theValueBuffer.clear();
+      return m_theNullString;
+    }
+    bool passedOver = false;
+    if (fastReadAttribute(passedOver) && !passedOver) return m_theValueBuffer;
+  }
+}
+
+const std::string& ZrXmlFileReader::getLastAttributeValueFast() {
+  getAttributeValueFast();
+  if (m_theFastInTag) fastFinishTag(true);
+  return m_theValueBuffer;
+}
+
+const ZrToken& ZrXmlFileReader::getComplexStartTagFast() {
+  beginFast();
+  if (m_theFastInTag) fastFinishTag(true);
+  return fastEnterStartTag() ? m_theFastElement : m_theNullToken;
+}
+
+const ZrToken& ZrXmlFileReader::getSimpleStartTagFast() {
+  beginFast();
+  if (m_theFastInTag) fastFinishTag(true);
+  if (!fastEnterStartTag()) return m_theNullToken;
+  fastFinishTag(false);
+  return m_theFastElement;
+}
+
+const std::string& ZrXmlFileReader::getContentByWordFast() {
+  beginFast();
+  if (m_theFastInTag) fastFinishTag(false);
+  m_theValueBuffer.clear();
+  while (skipWhile(White)) {
+    if (m_theReadBuffer[m_theReadIndex] != '<') {
+      readUntil(TextStop, m_theValueBuffer);
+      return m_theValueBuffer;
+    }
+    if (!fastSkipMarkup()) break;
+  }
+  return m_theNullString;
+}
+
+const ZrToken& ZrXmlFileReader::getEndTagFast() {
+  beginFast();
+  if (m_theFastInTag) fastFinishTag(false);
+  if (m_theFastSelfClosed) {
+    m_theFastSelfClosed = false;
+    m_theEndTag = m_theFastElement;
+    return m_theEndTag;
+  }
+  while (skipWhile(White)) {
+    if (m_theReadBuffer[m_theReadIndex] != '<') {
+      std::size_t open = findChar('<', m_theReadIndex);  // text left unread is passed over
+      consumeTo(open == npos ? m_theReadBuffer.size() : open);
+      continue;
+    }
+    if (fastSkipMarkup()) continue;
+    if (!ensureAvailable(2) || m_theReadBuffer[m_theReadIndex + 1] != '/' || !fastCloseEndTag(false)) break;
+    return m_theEndTag;
+  }
+  return m_theNullToken;
+}

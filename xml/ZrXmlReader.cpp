@@ -1,0 +1,365 @@
+#include "ZrXmlReader.h"
+
+#include "ZrXmlFactory.h"
+
+#include <ZrIfHttpStream.h>
+#include <ZrPrint.h>
+
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+// Answers for queries made while no document is open, so that a misused reader never crashes.
+const ZrToken theNoToken;
+const std::string theNoText;
+
+const char* const theHttpScheme = "http://";
+const size_t theHttpSchemeLength = 7;
+
+bool startsWith(const std::string& text, const char* prefix) { return text.rfind(prefix, 0) == 0; }
+
+// The name under which an open document is compared with an include's target: HTTP references as
+// written, files by their canonical path (so that "./a.xml", "a.xml" and a symbolic link to it match).
+std::string documentIdentity(const std::string& name) {
+  if (startsWith(name, theHttpScheme) || startsWith(name, "https://")) return name;
+  std::error_code ignored;
+  std::filesystem::path canonical = std::filesystem::weakly_canonical(name, ignored);
+  return canonical.empty() ? name : canonical.string();
+}
+
+// The major number of a version text: the leading decimal digits before the first ".", as an unsigned
+// 16-bit value (the digits are reduced modulo 65536 as they come, which equals narrowing the whole
+// number and cannot overflow however long the text is).
+unsigned short majorVersion(const std::string& version) {
+  unsigned int major = 0;
+  for (char c : version) {
+    if (c < '0' || c > '9') break;
+    major = (major * 10u + static_cast<unsigned int>(c - '0')) & 0xFFFFu;
+  }
+  return static_cast<unsigned short>(major);
+}
+
+}  // namespace
+
+ZrXmlReader::ZrXmlReader()
+    : m_theVersionCheckPending(true),
+      m_theVersionFlag(true),
+      m_theMaxIncludeDepth(m_theDefaultMaxIncludeDepth),
+      m_theHttpIncludesAllowed(true) {}
+
+ZrXmlReader::ZrXmlReader(const std::string& filename, std::istream& stream) : ZrXmlReader() {
+  m_theFileReaders.emplace_back(filename, stream, nullptr);
+}
+
+// Copies take the open documents (each file reader copied, the included streams shared), both flags,
+// the limits and a share of the factory.
+ZrXmlReader::ZrXmlReader(const ZrXmlReader& other) = default;
+
+ZrXmlReader& ZrXmlReader::operator=(const ZrXmlReader& other) {
+  if (this == &other) return *this;
+  m_theFileReaders = other.m_theFileReaders;
+  m_theVersionCheckPending = other.m_theVersionCheckPending;
+  m_theVersionFlag = other.m_theVersionFlag;
+  m_theFactory = other.m_theFactory;
+  m_theMaxIncludeDepth = other.m_theMaxIncludeDepth;
+  m_theHttpIncludesAllowed = other.m_theHttpIncludesAllowed;
+  return *this;
+}
+
+// Included documents are let go from the innermost outwards; their streams go with the last share.
+ZrXmlReader::~ZrXmlReader() {
+  while (!m_theFileReaders.empty()) m_theFileReaders.pop_back();
+}
+
+void ZrXmlReader::open(const std::string& filename, std::istream& stream) {
+  m_theFileReaders.emplace_back(filename, stream, nullptr);
+  m_theVersionCheckPending = true;
+  m_theVersionFlag = true;
+}
+
+ZrXmlFileReader* ZrXmlReader::top() { return m_theFileReaders.empty() ? nullptr : &m_theFileReaders.back().reader; }
+
+const ZrXmlFileReader* ZrXmlReader::top() const {
+  return m_theFileReaders.empty() ? nullptr : &m_theFileReaders.back().reader;
+}
+
+int ZrXmlReader::readXml() {
+  if (m_theFileReaders.empty()) return 0;
+  // Each turn consumes an item of some document or closes one, so the loop ends with the input.
+  for (;;) {
+    top()->readXml();
+    if (openFileTest()) continue;
+    if (!closeFileTest()) break;
+  }
+  if (m_theVersionCheckPending) {
+    m_theVersionCheckPending = false;
+    m_theVersionFlag = checkVersion();
+  }
+  return top()->mode();
+}
+
+ZrBoolean ZrXmlReader::versionFlag() const { return m_theVersionFlag; }
+
+// ---- Queries answered by the document on top -------------------------------------------------------
+
+int ZrXmlReader::mode() const { return top() ? top()->mode() : 0; }
+
+const ZrToken& ZrXmlReader::element() const { return top() ? top()->element() : theNoToken; }
+
+const ZrToken& ZrXmlReader::attributeName() const { return top() ? top()->attributeName() : theNoToken; }
+
+const ZrToken& ZrXmlReader::attributeName(const ZrToken& name) const {
+  return top() ? top()->attributeName(name) : theNoToken;
+}
+
+const std::string& ZrXmlReader::attributeValue() { return top() ? top()->attributeValue() : theNoText; }
+
+const std::string& ZrXmlReader::attributeValue(const ZrToken& name) {
+  return top() ? top()->attributeValue(name) : theNoText;
+}
+
+ZrU32 ZrXmlReader::numOfAttributes() const { return top() ? top()->numOfAttributes() : 0; }
+
+ZrU32 ZrXmlReader::remainingNumOfAttributes() const { return top() ? top()->remainingNumOfAttributes() : 0; }
+
+std::string ZrXmlReader::content() const { return top() ? top()->content() : std::string(); }
+
+std::string ZrXmlReader::contentByWord() const { return top() ? top()->contentByWord() : std::string(); }
+
+ZrU32 ZrXmlReader::contentCount() const { return top() ? top()->contentCount() : 0; }
+
+ZrBoolean ZrXmlReader::isContentAvailable() const { return top() ? top()->isContentAvailable() : false; }
+
+void ZrXmlReader::setContentVectorFlag(bool flag) {
+  if (top()) top()->setContentVectorFlag(flag);
+}
+
+const std::string& ZrXmlReader::filename() { return top() ? top()->filename() : theNoText; }
+
+int ZrXmlReader::lineCountOfFile() const { return top() ? top()->lineCountOfFile() : 0; }
+
+ZrBoolean ZrXmlReader::nextMatchingEndTag() { return top() ? top()->nextMatchingEndTag() : false; }
+
+std::string ZrXmlReader::getChildrenAsString() { return top() ? top()->getChildrenAsString() : std::string(); }
+
+std::istream* ZrXmlReader::stream() const { return top() ? top()->stream() : nullptr; }
+
+const ZrToken& ZrXmlReader::getComplexStartTagFast() { return top() ? top()->getComplexStartTagFast() : theNoToken; }
+
+const ZrToken& ZrXmlReader::getSimpleStartTagFast() { return top() ? top()->getSimpleStartTagFast() : theNoToken; }
+
+const std::string& ZrXmlReader::getAttributeValueFast() { return top() ? top()->getAttributeValueFast() : theNoText; }
+
+const std::string& ZrXmlReader::getLastAttributeValueFast() {
+  return top() ? top()->getLastAttributeValueFast() : theNoText;
+}
+
+const std::string& ZrXmlReader::getContentByWordFast() { return top() ? top()->getContentByWordFast() : theNoText; }
+
+const ZrToken& ZrXmlReader::getEndTagFast() { return top() ? top()->getEndTagFast() : theNoToken; }
+
+// ---- Factory ---------------------------------------------------------------------------------------
+
+void ZrXmlReader::setFactoryPointer(ZrBaseXmlFactory* factory) {
+  if (factory == m_theFactory.get()) return;  // already ours: releasing it first would leave it dangling
+  m_theFactory.reset(factory);
+}
+
+ZrBaseXmlFactory* ZrXmlReader::factoryPointer() const { return m_theFactory.get(); }
+
+ZrBaseXmlFactory* ZrXmlReader::newFactory() const { return new ZrXmlFactory; }
+
+// The result tells whether this call created the factory, not whether the creator was registered.
+ZrBoolean ZrXmlReader::registerComponentCreator(const ZrToken& token, Creator creator) {
+  if (m_theFactory) {
+    m_theFactory->registerComponentCreator(token, creator);
+    return false;
+  }
+  m_theFactory.reset(newFactory());
+  if (!m_theFactory) {
+    Zr::Print::instance().write(Zr::PrintError, "ZrXmlReader Error: no factory to register %s in.\n",
+                                token.namespaceAndToken().c_str());
+    return false;
+  }
+  m_theFactory->registerComponentCreator(token, creator);
+  return true;
+}
+
+// ---- Includes --------------------------------------------------------------------------------------
+
+void ZrXmlReader::includeError(const char* what, const std::string& name) {
+  Zr::Print::instance().write(Zr::PrintError, "ZrXmlReader Error: %s: %s\n\tFile: %s\n\tLine: %d\n", what, name.c_str(),
+                              filename().c_str(), lineCountOfFile());
+}
+
+// An include element is <ZrInclude type="simple" href="..."/>. Whatever becomes of it (the document
+// opened, or a fault reported), the include element itself is consumed: one written with content and
+// an end tag is skipped up to that end tag, so that the including document goes on after it.
+ZrBoolean ZrXmlReader::openFileTest() {
+  if (!top()) return false;
+  const int currentMode = mode();
+  if (currentMode != 1 && currentMode != 3) return false;  // only a start tag can begin an include
+  static const ZrToken theIncludeToken("ZrInclude");
+  if (!(element() == theIncludeToken)) return false;
+
+  m_theVersionCheckPending = true;
+  std::string host;
+  std::string fullName;
+  bool typeSeen = false;
+  bool hrefSeen = false;
+  // Bounded by the count at the start, in case a faulty document leaves attributes that cannot be taken.
+  for (ZrU32 left = remainingNumOfAttributes(); left > 0 && remainingNumOfAttributes() > 0; --left) {
+    const ZrToken name = attributeName();  // a copy: taking the value removes the entry it refers to
+    const std::string value = attributeValue();
+    if (name.tokenText() == "type") {
+      if (value != "simple")
+        Zr::Print::instance().write(Zr::PrintError,
+                                    "ZrXmlReader Error: XLink 'type' needs to be simple.\n\tFile: %s\n\tLine: %d\n",
+                                    filename().c_str(), lineCountOfFile());
+      typeSeen = true;
+    } else if (name.tokenText() == "href") {
+      resolveHref(value, host, fullName);
+      hrefSeen = true;
+    } else {
+      Zr::Print::instance().write(
+          Zr::PrintError, "ZrXmlReader Error: attribute name can only be simple and href, not %s.\n\tFile: %s\n\tLine: %d\n",
+          name.tokenText().c_str(), filename().c_str(), lineCountOfFile());
+    }
+  }
+  const bool syntaxCorrect = typeSeen && hrefSeen;
+  if (!syntaxCorrect)
+    Zr::Print::instance().write(Zr::PrintError, "ZrXmlReader Error: XLink syntax not correct.\n\tFile: %s\n\tLine: %d\n",
+                                filename().c_str(), lineCountOfFile());
+
+  const bool mayOpen = syntaxCorrect && mayOpenInclude(host, fullName);
+  if (currentMode == 1) top()->nextMatchingEndTag();
+  if (mayOpen) pushInclude(host, fullName);
+  return true;
+}
+
+// Checks the limits of this reader, each refusal reported in the including document's position.
+bool ZrXmlReader::mayOpenInclude(const std::string& host, const std::string& fullName) {
+  if (!host.empty() && !m_theHttpIncludesAllowed) {
+    includeError("HTTP includes are switched off; include skipped", fullName);
+    return false;
+  }
+  if (m_theFileReaders.size() - 1 >= m_theMaxIncludeDepth) {
+    std::string what = "include nested deeper than " + std::to_string(m_theMaxIncludeDepth) + " documents; skipped";
+    includeError(what.c_str(), fullName);
+    return false;
+  }
+  const std::string identity = documentIdentity(fullName);
+  for (OpenDocument& open : m_theFileReaders) {
+    if (documentIdentity(open.reader.filename()) == identity) {
+      includeError("document includes itself; include skipped", fullName);
+      return false;
+    }
+  }
+  return true;
+}
+
+void ZrXmlReader::pushInclude(const std::string& host, const std::string& fullName) {
+  std::shared_ptr<std::istream> stream;
+  if (host.empty()) {
+    // A directory opens as a file stream on this system but holds no document: treat it as unopenable.
+    std::error_code ignored;
+    if (!std::filesystem::is_directory(fullName, ignored)) stream = std::make_shared<std::ifstream>(fullName, std::ios::in);
+  } else {
+    stream = std::make_shared<ZrIfHttpStream>(fullName.c_str(), std::ios::in);
+  }
+  if (!stream || stream->fail()) {
+    // The stream that failed is released with the last reference to it, here.
+    Zr::Print::instance().write(Zr::PrintError, "ZrXmlReader Error: not able to open file: %s\n", fullName.c_str());
+    return;
+  }
+  std::istream& in = *stream;
+  m_theFileReaders.emplace_back(fullName, in, std::move(stream));
+}
+
+// Resolves an include reference against the name of the document that holds it. A relative reference
+// with a directory part is joined to the including document's directory with a backslash (for
+// "dir/f.xml" in "/data/main.xml" the name is "/data\dir/f.xml"); documents that rely on this joint
+// keep working. A relative reference inside a document that came over HTTP stays on that host.
+void ZrXmlReader::resolveHref(const std::string& href, std::string& host, std::string& fullName) {
+  std::string hrefDirectory, hrefFile;
+  std::string currentHost, currentDirectory, currentFile;
+  parseHref(href, host, hrefDirectory, hrefFile);
+  parseHref(filename(), currentHost, currentDirectory, currentFile);
+
+  if (!host.empty())
+    currentDirectory.clear();
+  else
+    host = currentHost;
+
+  const bool absolute = startsWith(hrefDirectory, "C:") || startsWith(hrefDirectory, "c:") || startsWith(hrefDirectory, "/");
+  if (!absolute && !currentDirectory.empty()) {
+    if (!hrefDirectory.empty()) hrefDirectory = "\\" + hrefDirectory;
+    hrefDirectory = currentDirectory + hrefDirectory;
+  }
+
+  fullName.clear();
+  if (!host.empty()) fullName += host + "/";
+  if (!hrefDirectory.empty()) fullName += hrefDirectory + "/";
+  fullName += hrefFile;
+}
+
+void ZrXmlReader::parseHref(const std::string& href, std::string& host, std::string& directory, std::string& file) {
+  host.clear();
+  directory.clear();
+  file.clear();
+  if (startsWith(href, theHttpScheme)) {
+    host = href;
+    const size_t separator = href.find_first_of("\\/", theHttpSchemeLength);
+    if (separator != std::string::npos) {
+      file = href.substr(separator + 1);
+      host.erase(separator);
+    }
+  } else {
+    file = href;
+  }
+  const size_t last = file.find_last_of("\\/");
+  if (last != std::string::npos) {
+    directory = file.substr(0, last);
+    file.erase(0, last + 1);
+  }
+}
+
+ZrBoolean ZrXmlReader::closeFileTest() {
+  if (!top() || top()->mode() != 0) return false;
+  if (m_theFileReaders.size() < 2) return false;  // the opened document itself stays
+  m_theFileReaders.pop_back();
+  return true;
+}
+
+// ---- Version ---------------------------------------------------------------------------------------
+
+// The document's major version against the code base's: a newer major makes the flag false, one two or
+// more majors older is only reported. Minor and patch numbers are not compared. The flag is advisory.
+ZrBoolean ZrXmlReader::checkVersion() {
+  m_theVersionFlag = true;
+  if (!top() || !(attributeName(ZrXml::ZrVersionToken) == ZrXml::ZrVersionToken)) return true;
+
+  const std::string fileVersion = attributeValue(ZrXml::ZrVersionToken);
+  const std::string codeVersion = ZrXml::codeBaseVersion;
+  if (fileVersion == codeVersion) return true;
+
+  const int fileMajor = majorVersion(fileVersion);
+  const int codeMajor = majorVersion(codeVersion);
+  if (fileMajor > codeMajor) {
+    Zr::Print::instance().write(
+        Zr::PrintError,
+        "ZrXmlObject::checkVersion warning: Input file version (v%s) is greater than code base version (v%s).\n",
+        fileVersion.c_str(), codeVersion.c_str());
+    m_theVersionFlag = false;
+  }
+  if (codeMajor > fileMajor + 1) {
+    Zr::Print::instance().write(
+        Zr::PrintError,
+        "ZrXmlObject::checkVersion warning: Input file version (v%s) is two versions smaller than code base version "
+        "(v%s).\n",
+        fileVersion.c_str(), codeVersion.c_str());
+    m_theVersionFlag = true;
+  }
+  return m_theVersionFlag;
+}
