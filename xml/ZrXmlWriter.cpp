@@ -269,15 +269,18 @@ void ZrXmlWriter::writeStartTag(const ZrToken& token) {
   }
   const std::string& prefix = knownPrefix ? *knownPrefix : newPrefix;
 
-  // The prefix may live in a stack entry, so the qualified name is built before the push.
   closeOpenStartTag();
   tab(static_cast<unsigned>(m_theDepth));
+  // A known prefix lives in an open element below the new one, and growing the stack keeps
+  // references valid, so the reused slot can take the qualified name without a temporary.
+  ElementStruct& element = pushElement(token);
+  element.qualifiedName.clear();
+  if (!prefix.empty()) element.qualifiedName.append(prefix).append(1, ':');
+  element.qualifiedName.append(localName);
+  if (declare) element.namespaces.emplace(xmlNamespace, newPrefix);
+
   put("<");
-  if (!prefix.empty()) {
-    put(prefix);
-    put(":");
-  }
-  put(localName);
+  put(element.qualifiedName);
   if (declare) {
     put(prefix.empty() ? " xmlns=\"" : " xmlns:");
     if (!prefix.empty()) {
@@ -287,13 +290,6 @@ void ZrXmlWriter::writeStartTag(const ZrToken& token) {
     put(xmlNamespace);
     put("\"");
   }
-
-  std::string qualifiedName;
-  if (!prefix.empty()) qualifiedName.append(prefix).append(1, ':');
-  qualifiedName.append(localName);
-  ElementStruct& element = pushElement(token);
-  element.qualifiedName.swap(qualifiedName);
-  if (declare) element.namespaces.emplace(xmlNamespace, newPrefix);
 
   startContent();
   if (m_theSchemaWriterFlag) m_theSchema.writeStartTag(token, 1);
@@ -444,6 +440,7 @@ void ZrXmlWriter::header(const ZrToken& root, const std::string& schemaNamespace
     put("\n");
   }
 
+  // The xsi declaration is written whatever the schema instance text holds: nil elements need it.
   const std::string& xmlNamespace = root.namespaceText();
   m_theCurrentNamespace = xmlNamespace;
   closeOpenStartTag();
