@@ -1,0 +1,254 @@
+// Compound objects: what is written and in which order, what is read and what is skipped, copies,
+// the comparison and the schema walk.
+#include <ZrTestSupport.h>
+#include <ZrXmlBasicType.h>
+#include <ZrXmlCompoundType.h>
+#include <ZrXmlEnumType.h>
+#include <ZrXmlReader.h>
+#include <ZrXmlSchema.h>
+#include <ZrXmlWriter.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+ZrToken element(const char* name) { return ZrToken("urn:test", name); }
+
+class Inner : public ZrXmlCompoundType {
+ public:
+  ZrXmlObject* clone() const override { return new Inner(*this); }
+  ZrXmlObject* newObject() const override { return new Inner(); }
+  ZrBoolean equality(const ZrXmlObject* other) const override {
+    const Inner* inner = dynamic_cast<const Inner*>(other);
+    return inner && inner->n == n && inner->kind == kind;
+  }
+  ZrToken token() const override { return element("inner"); }
+  void registerComponents() override {
+    ++registrations;
+    registerComponent(element("n"), &n);
+    registerAttributeComponent(ZrToken("kind"), &kind);
+  }
+
+  ZrXmlBasicType<int> n;
+  ZrXmlEnumType<int> kind{0, {{0, "plain"}, {1, "fancy"}}};
+  int registrations = 0;
+};
+
+// Registers in an order unlike the token order, with read-only and null registrations.
+class Outer : public ZrXmlCompoundType {
+ public:
+  ZrXmlObject* clone() const override { return new Outer(*this); }
+  ZrXmlObject* newObject() const override { return new Outer(); }
+  ZrBoolean equality(const ZrXmlObject* other) const override {
+    const Outer* outer = dynamic_cast<const Outer*>(other);
+    return outer && outer->zeta == zeta && outer->alpha == alpha && outer->mid.equality(&mid) && outer->aa == aa &&
+           outer->zz == zz;
+  }
+  ZrToken token() const override { return element("outer"); }
+  void registerComponents() override {
+    registerComponent(element("zeta"), &zeta);
+    registerComponent(element("mid"), &mid);
+    registerComponent(element("alpha"), &alpha);
+    registerComponent(element("ignored"), nullptr);
+    registerComponentReadOnly(element("legacy"), &alpha);
+    registerAttributeComponent(ZrToken("zz"), &zz);
+    registerAttributeComponent(ZrToken("aa"), &aa);
+    registerAttributeComponentReadOnly(ZrToken("old"), &aa);
+  }
+
+  ZrXmlBasicType<double> zeta{-1.0};
+  ZrXmlBasicType<int> alpha{-1};
+  Inner mid;
+  ZrXmlBasicType<std::string> aa, zz;
+};
+
+std::string written(const ZrXmlObject& object, bool writeDefaults = true) {
+  std::ostringstream out;
+  ZrXmlWriter writer("c.xml", out);
+  writer.setWriteDefaultDataFlag(writeDefaults);
+  writer.writeStartTag(element("root"));
+  EXPECT_TRUE(object.write(writer));
+  writer.writeEndTag();
+  return out.str();
+}
+
+// Reads the document's root element into object; returns the read's result and what was printed.
+ZrBoolean readRoot(const std::string& text, ZrXmlObject& object, std::string* messages = nullptr, int* modeAfter = nullptr) {
+  ZrTest::PrintCapture capture;
+  {
+    std::istringstream in(text);
+    ZrXmlReader reader("c.xml", in);
+    reader.readXml();
+    const ZrBoolean result = object.read(reader);
+    if (modeAfter) *modeAfter = reader.mode();
+    if (messages) *messages = capture.all();
+    return result;
+  }
+}
+
+bool has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+TEST(ZrXmlCompoundWrite, AttributesThenChildrenInTokenOrderWithoutReadOnlyOrNullOnes) {
+  Outer o;
+  o.aa = "a";
+  const std::string text = written(o);
+  EXPECT_TRUE(has(text, "<root xmlns=\"urn:test\" aa=\"a\" zz=\"\">\n")) << text;
+  const auto alpha = text.find("<alpha>"), mid = text.find("<mid kind="), zeta = text.find("<zeta>");
+  ASSERT_NE(zeta, std::string::npos) << text;
+  EXPECT_LT(alpha, mid);
+  EXPECT_LT(mid, zeta);
+  for (const char* absent : {"legacy", "old=", "ignored"}) EXPECT_FALSE(has(text, absent)) << absent << text;
+}
+
+TEST(ZrXmlCompoundWrite, DefaultDataFlagLeavesOutOnlyDefaultStructures) {
+  Outer o;
+  o.zeta = 1.5;  // the compound as a whole is no longer default
+  const std::string without = written(o, false);
+  EXPECT_FALSE(has(without, "<mid")) << without;
+  EXPECT_TRUE(has(without, "<alpha>-1</alpha>")) << "single values are written even when default";
+  EXPECT_TRUE(has(without, "aa=\"\"")) << "attributes are always written";
+  o.mid.n = 4;
+  EXPECT_TRUE(has(written(o, false), "<n>4</n>"));
+
+  const std::string nothing = written(Outer(), false);  // default as a whole: a nil element
+  EXPECT_TRUE(has(nothing, "xsi:nil=\"true\"/>")) << nothing;
+  EXPECT_FALSE(has(nothing, "aa=")) << nothing;
+}
+
+TEST(ZrXmlCompoundWrite, ReadOnlyMarksShareOneTableSoTheLastKindWins) {
+  struct Shared : Inner {
+    void registerComponents() override {
+      registerComponentReadOnly(element("both"), &n);
+      registerAttributeComponentReadOnly(ZrToken("both"), &n);
+    }
+  } s;
+  s.n = 8;
+  const std::string text = written(s);
+  EXPECT_TRUE(has(text, "<both>8</both>")) << text;
+  EXPECT_FALSE(has(text, "both=")) << text;
+}
+
+TEST(ZrXmlCompoundRead, ReadsWhatWasWritten) {
+  Outer o;
+  o.aa = "a b";
+  o.zeta = 0.25;
+  o.alpha = 12;
+  o.mid.n = -3;
+  o.mid.kind = 1;
+  for (bool writeDefaults : {true, false}) {
+    Outer back;
+    std::string messages;
+    EXPECT_TRUE(readRoot(written(o, writeDefaults), back, &messages));
+    EXPECT_EQ(messages, "");
+    EXPECT_TRUE(back.equality(&o)) << written(o, writeDefaults);
+    EXPECT_TRUE(back.mid.specified());
+  }
+}
+
+TEST(ZrXmlCompoundRead, UnknownChildrenAndAttributesAreReportedAndSkipped) {
+  struct Case {
+    const char* text;
+    const char* messages;
+  } cases[] = {
+      {"<root>\n<bogus a='1'><deep><zeta>7</zeta></deep></bogus>\n<zeta>2.5</zeta></root>", "Bad token: bogus on line 2\n"},
+      {"<root><bogus/><zeta>2.5</zeta></root>", "Bad token: bogus on line 1\n"},
+      {"<root b1='1' aa='a' b2='2'><zeta>2.5</zeta></root>",
+       "Bad attribute token: b1 on line 1\nBad attribute token: b2 on line 1\n"},
+      {"<root><ignored><x/></ignored><zeta>2.5</zeta></root>", ""},  // known, deliberately not kept
+  };
+  for (const Case& c : cases) {
+    Outer o;
+    std::string messages;
+    EXPECT_TRUE(readRoot(c.text, o, &messages)) << c.text;
+    EXPECT_EQ(messages, c.messages) << c.text;
+    EXPECT_EQ(o.zeta.value(), 2.5) << c.text << ": reading goes on after the unknown item";
+  }
+}
+
+TEST(ZrXmlCompoundRead, EmptyElementReadsNothingFurtherAndMissingChildrenKeepTheirValues) {
+  Outer o;
+  int mode = 0;
+  EXPECT_TRUE(readRoot("<root/>", o, nullptr, &mode));
+  EXPECT_EQ(mode, 3) << "the reader still stands on the empty element";
+  EXPECT_FALSE(o.alpha.specified());
+
+  EXPECT_TRUE(readRoot("<root><legacy>9</legacy></root>", o));
+  EXPECT_EQ(o.alpha.value(), 9) << "a read-only name is read";
+  EXPECT_EQ(o.zeta.value(), -1.0);
+}
+
+TEST(ZrXmlCompoundCopy, CopiesRegisterTheirOwnMembersAndAssignmentKeepsTheTargets) {
+  Outer source;
+  source.mid.n = 1;
+  written(source);
+  readRoot("<i><n>1</n></i>", source.mid);
+  EXPECT_EQ(source.mid.registrations, 1) << "registered once";
+  Outer copy(source);
+  EXPECT_FALSE(copy.xmlInitialized());
+  copy.mid.n = 2;
+  EXPECT_TRUE(has(written(copy), "<n>2</n>"));
+  EXPECT_TRUE(has(written(source), "<n>1</n>"));
+
+  source = copy;
+  copy.mid.n = 3;
+  EXPECT_TRUE(has(written(source), "<n>2</n>")) << "the target's registrations point at its own members";
+}
+
+TEST(ZrXmlCompoundCompare, EqualWhenTheRegistrationsMatchWhateverTheValues) {
+  Outer a, b;
+  a.alpha = 1;
+  EXPECT_TRUE(a == b) << "uninitialised";
+  a.xmlInit();
+  b.xmlInit();
+  EXPECT_TRUE(a == b);
+  struct OtherReadOnly : Outer {
+    void registerComponents() override {
+      Outer::registerComponents();
+      registerComponentReadOnly(element("zeta"), &zeta);
+    }
+  } otherReadOnly;
+  otherReadOnly.xmlInit();
+  EXPECT_FALSE(a == otherReadOnly);
+}
+
+// Records the calls that the schema walk makes.
+class RecordingSchema : public ZrXmlSchema {
+ public:
+  void writeStartTag(const ZrToken& token, int option) override {
+    calls.push_back("start " + token.tokenText() + " " + std::to_string(option));
+  }
+  void setAttributeName(const ZrToken& token) override { calls.push_back("attribute " + token.tokenText()); }
+  void setType(const std::type_info& info) override { calls.push_back(std::string("type ") + info.name()); }
+  void writeEndTag() override { calls.push_back("end"); }
+  void openGroup() override { calls.push_back("group"); }
+  void closeGroup() override { calls.push_back("/group"); }
+  ZrBoolean isRegistered(const ZrToken& token, const std::string& typeName) override {
+    calls.push_back("registered? " + token.tokenText() + " " + typeName);
+    return token.tokenText() == "mid";  // the generator already knows this element's type
+  }
+  std::vector<std::string> calls;
+};
+
+TEST(ZrXmlCompoundSchema, DescribesEveryRegistrationInTokenOrderReadOnlyOnesToo) {
+  const std::string intType = std::string("type ") + typeid(int).name();
+  const std::string inner = typeid(Inner).name(), basicInt = typeid(ZrXmlBasicType<int>).name();
+  struct Small : Inner {
+    void registerComponents() override {
+      registerAttributeComponentReadOnly(ZrToken("id"), &n);
+      registerComponent(element("mid"), &child);
+      registerComponentReadOnly(element("b"), &n);
+    }
+    Inner child;
+  } small;
+  RecordingSchema schema;
+  EXPECT_TRUE(small.writeSchema(schema));
+  const std::vector<std::string> expected = {
+      "attribute id", intType,  "group", "start b 1", "registered? b " + basicInt, intType, "end", "start mid 1",
+      "registered? mid " + inner, "/group"};
+  EXPECT_EQ(schema.calls, expected);
+}
+
+}  // namespace
