@@ -12,4 +12,8 @@ if(TARGET zrxml)
   zr_tool_test(checkMissingFile 2 "nothere.xml: cannot be opened" check ${samples}/robotCell.xml ${samples}/nothere.xml)
   zr_tool_test(eventsSample 0 "line 34: 3 empty element x=\"1.2\" y=\"0.4\" z=\"0.8\"" events ${samples}/robotCell.xml)
   zr_tool_test(unknownCommand 64 "unknown command" frobnicate)
+  # Include elements are followed: the included documents' events appear in place, named by their file.
+  zr_tool_test(checkFollowsIncludes 0 "plant.xml: ok, 21 events, 9 lines, 0 faults" check ${samples}/plant.xml)
+  zr_tool_test(eventsNameIncludedFiles 0 "plantLineB.xml line 3: 1 start station name=\"weld\" serial=\"21\""
+               events ${samples}/plant.xml)
 endif()
