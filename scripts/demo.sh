@@ -6,5 +6,6 @@ scripts/deps.sh
 scripts/build.sh -DZR_BUILD_BENCHMARKS=OFF
 build="${ZR_BUILD_DIR:-build}"
 set -x
-"$build/tools/zrxml" check samples/robotCell.xml
-"$build/tools/zrxml" events samples/robotCell.xml | head -n 20
+"$build/tools/zrxml" check samples/robotCell.xml samples/plant.xml
+"$build/tools/zrxml" events samples/plant.xml
+"$build/tools/zrxml" demo

@@ -1,7 +1,7 @@
 // zrxml check FILE...: reads each document to its end and prints one summary line per file.
 #include "ZrxmlTool.h"
 
-#include <ZrXmlFileReader.h>
+#include <ZrXmlReader.h>
 
 namespace zrxml {
 
@@ -13,7 +13,7 @@ int checkCommand(int argc, char** argv, const PrintRouter& router) {
   int result = ExitOk;
   for (int i = 0; i < argc; ++i) {
     DocumentSummary summary;
-    if (!readDocument(argv[i], [](ZrXmlFileReader&, int) {}, router, summary)) {
+    if (!readDocument(argv[i], [](ZrXmlReader&, int) {}, router, summary)) {
       output("%s: cannot be opened\n", argv[i]);
       result = ExitCannotOpen;
       continue;

@@ -1,7 +1,7 @@
 // zrxml events FILE: one line per event.
 #include "ZrxmlTool.h"
 
-#include <ZrXmlFileReader.h>
+#include <ZrXmlReader.h>
 
 namespace zrxml {
 
@@ -17,9 +17,10 @@ std::string nameOf(const ZrToken& token) {
 }
 
 // "line 12: 1 start robot mass="12.5" name="r1"" and the like; attributes in name order.
-void printEvent(ZrXmlFileReader& reader, int mode) {
-  std::string line = "line " + std::to_string(reader.lineCountOfFile()) + ": " + std::to_string(mode) + " " +
-                     modeName(mode);
+// Events of an included document name that document before the line.
+void printEvent(ZrXmlReader& reader, int mode) {
+  std::string line = reader.depth() > 1 ? reader.filename() + " " : std::string();
+  line += "line " + std::to_string(reader.lineCountOfFile()) + ": " + std::to_string(mode) + " " + modeName(mode);
   if (mode == 1 || mode == 3) {
     line += " " + nameOf(reader.element());
     while (reader.remainingNumOfAttributes() > 0) {
@@ -27,7 +28,7 @@ void printEvent(ZrXmlFileReader& reader, int mode) {
       line += " " + name + "=\"" + reader.attributeValue() + "\"";
     }
   } else if (mode == 2 || mode == 4) {
-    line += " " + nameOf(reader.endTag());
+    line += " " + nameOf(reader.currentFileReader()->endTag());
     if (mode == 4) line += " \"" + reader.content() + "\"";
   }
   output("%s\n", line.c_str());

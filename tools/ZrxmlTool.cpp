@@ -1,10 +1,12 @@
 #include "ZrxmlTool.h"
 
 #include <ZrPrint.h>
-#include <ZrXmlFileReader.h>
+#include <ZrIfHttpStream.h>
+#include <ZrXmlReader.h>
 
 #include <filesystem>
 #include <fstream>
+#include <memory>
 
 #include <cstdarg>
 #include <cstdio>
@@ -83,32 +85,51 @@ void Progress::update(std::size_t bytesRead) {
   Zr::Print::instance().write(Zr::PrintNotice, "\rzrxml: reading %s  %3u%%", m_thePath.c_str(), percent > 100 ? 100 : percent);
 }
 
-bool readDocument(const std::string& path, const std::function<void(ZrXmlFileReader&, int)>& onEvent,
-                  const PrintRouter& router, DocumentSummary& summary) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) {
+namespace {
+
+bool isHttpReference(const std::string& path) { return path.compare(0, 7, "http://") == 0 || path.compare(0, 8, "https://") == 0; }
+
+// The document's input: a file stream, or a stream over HTTP for a reference. Null when it cannot be opened.
+std::unique_ptr<std::istream> openDocument(const std::string& path) {
+  std::unique_ptr<std::istream> in;
+  if (isHttpReference(path))
+    in.reset(new ZrIfHttpStream(path.c_str(), std::ios::in));
+  else
+    in.reset(new std::ifstream(path, std::ios::binary));
+  if (!*in) {
     Zr::Print::instance().write(Zr::PrintError, "zrxml Error: cannot open file.\n\tFile: %s\n", path.c_str());
-    return false;
+    in.reset();
   }
-  std::error_code ignored;
-  std::size_t size = static_cast<std::size_t>(std::filesystem::file_size(path, ignored));
+  return in;
+}
+
+}  // namespace
+
+bool readDocument(const std::string& path, const std::function<void(ZrXmlReader&, int)>& onEvent,
+                  const PrintRouter& router, DocumentSummary& summary) {
+  std::unique_ptr<std::istream> in = openDocument(path);
+  if (!in) return false;
+  std::error_code noSize;
+  std::size_t size = isHttpReference(path) ? 0 : static_cast<std::size_t>(std::filesystem::file_size(path, noSize));
   std::size_t faultsBefore = router.faults();
   {
-    Progress progress(path, ignored ? 0 : size);
-    ZrXmlFileReader reader(path, in);
+    Progress progress(path, noSize ? 0 : size);
+    ZrXmlReader reader(path, *in);
     for (;;) {
       int mode = reader.readXml();
       ++summary.events;
       onEvent(reader, mode);
       while (reader.remainingNumOfAttributes() > 0) reader.attributeValue();
-      if (mode == 5 || (mode == 0 && reader.atEndOfInput())) break;
+      const ZrXmlFileReader& document = *reader.currentFileReader();
+      if (mode == 5 || (mode == 0 && reader.depth() == 1 && document.atEndOfInput())) break;
       if (progress.enabled() && (summary.events & 0xfff) == 0) {
-        std::streamoff position = in.tellg();
+        std::streamoff position = in->tellg();
         if (position >= 0) progress.update(static_cast<std::size_t>(position));
       }
     }
     // A single element left open passes the tokenizer silently; for a check it is a fault all the same.
-    if (reader.openElements().size() == 1)
+    const ZrXmlFileReader& document = *reader.currentFileReader();
+    if (document.openElements().size() == 1)
       Zr::Print::instance().write(Zr::PrintError,
                                   "zrxml Error: element not closed before the end of the file: %s\n\tFile: %s\n",
                                   reader.element().c_str(), path.c_str());

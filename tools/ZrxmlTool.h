@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-class ZrXmlFileReader;
+class ZrXmlReader;
 
 // Shared pieces of the zrxml commands. Each command lives in its own source file and is entered in the
 // dispatch table of zrxml.cpp.
@@ -28,6 +28,7 @@ struct Command {
 
 int checkCommand(int argc, char** argv, const PrintRouter& router);
 int eventsCommand(int argc, char** argv, const PrintRouter& router);
+int demoCommand(int argc, char** argv, const PrintRouter& router);
 
 // Installs itself as the print sink while it lives: information (the tool's own output) goes to standard
 // output, everything else to standard error. Error-type messages that open a report (not the detail lines
@@ -80,11 +81,12 @@ struct DocumentSummary {
   std::size_t faults = 0;
 };
 
-// Reads the document at `path` to its end through the tokenizer, calling `onEvent` after every event
-// (the handler may take the attributes; those it leaves are taken afterwards, since an unread attribute
-// is no fault of the document). Reading goes on after a 0 that came before the end of the input, and
-// stops in error mode. Returns false, after a report, when the file cannot be opened.
-bool readDocument(const std::string& path, const std::function<void(ZrXmlFileReader&, int)>& onEvent,
+// Reads the document at `path` (a file, or an http:// reference) to its end through the reader, which
+// follows include elements, calling `onEvent` after every event (the handler may take the attributes;
+// those it leaves are taken afterwards, since an unread attribute is no fault of the document). Reading
+// goes on after a 0 that came before the end of the input, and stops in error mode. Returns false, after
+// a report, when the document cannot be opened.
+bool readDocument(const std::string& path, const std::function<void(ZrXmlReader&, int)>& onEvent,
                   const PrintRouter& router, DocumentSummary& summary);
 
 }  // namespace zrxml

@@ -21,13 +21,14 @@ enum CharClass : unsigned char {
   White = 1,     // blank, tab, line feed, carriage return: the only white space the reader knows
   NameStop = 2,  // ends an attribute name on the fast path: white space, '=', '/', '>'
   WordStop = 4,  // ends an unquoted value on the fast path: white space, '/', '>'
-  TextStop = 8   // ends a word of text on the fast path: white space, '<'
+  TextStop = 8,  // ends a word of text on the fast path: white space, '<'
+  Equals = 16    // '=' between an attribute's name and its value
 };
 
 constexpr std::array<unsigned char, 256> makeCharTable() {
   std::array<unsigned char, 256> table{};
   for (unsigned char c : {' ', '\t', '\n', '\r'}) table[c] = White | NameStop | WordStop | TextStop;
-  table[static_cast<unsigned char>('=')] = NameStop;
+  table[static_cast<unsigned char>('=')] = NameStop | Equals;
   table[static_cast<unsigned char>('/')] = NameStop | WordStop;
   table[static_cast<unsigned char>('>')] = NameStop | WordStop;
   table[static_cast<unsigned char>('<')] = TextStop;
@@ -62,31 +63,62 @@ std::string_view skipLeadingWhite(std::string_view text) {
   return text.substr(first);
 }
 
-// Everything up to and including the first ':' is a namespace prefix.
-std::string_view withoutPrefix(std::string_view name) {
-  std::size_t colon = name.find(':');
-  return colon == std::string_view::npos ? name : name.substr(colon + 1);
+// Comparisons with short literals, unrolled by the compiler instead of calling memcmp per tag.
+template <std::size_t N>
+inline bool startsWith(std::string_view text, const char (&start)[N]) {
+  if (text.size() < N - 1) return false;
+  for (std::size_t i = 0; i + 1 < N; ++i)
+    if (text[i] != start[i]) return false;
+  return true;
 }
 
-bool startsWith(std::string_view text, std::string_view start) { return text.substr(0, start.size()) == start; }
-
-bool endsWith(std::string_view text, std::string_view end) {
-  return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+template <std::size_t N>
+inline bool endsWith(std::string_view text, const char (&end)[N]) {
+  if (text.size() < N - 1) return false;
+  std::size_t offset = text.size() - (N - 1);
+  for (std::size_t i = 0; i + 1 < N; ++i)
+    if (text[offset + i] != end[i]) return false;
+  return true;
 }
 
-// Fills a token by the "namespace#token" rule, dropping a prefix from the local name; no allocation when
-// the texts fit the strings' capacity.
-void assignName(ZrToken& token, std::string_view text) {
-  std::size_t hash = text.find('#');
-  if (hash == std::string_view::npos) {
-    if (!token.namespaceText().empty()) token.setNamespace(std::string());
-  } else {
-    token.setNamespace(std::string(text.substr(0, hash)));
-    text.remove_prefix(hash + 1);
+// A name split by the "namespace#token" rule, with the namespace prefix dropped from the local name: one
+// pass over the name, looking for the first '#' and the first ':' after it.
+struct SplitName {
+  std::string_view xmlNamespace;
+  std::string_view local;
+  bool hasHash;
+  bool emptyToken;  // nothing after the '#' rule, before the prefix is dropped
+};
+
+inline SplitName splitName(std::string_view text) {
+  const char* begin = text.data();
+  const char* end = begin + text.size();
+  const char* tokenBegin = begin;
+  const char* colon = nullptr;
+  bool hasHash = false;
+  for (const char* at = begin; at < end; ++at) {
+    if (*at == '#' && !hasHash) {
+      hasHash = true;
+      tokenBegin = at + 1;
+      colon = nullptr;
+    } else if (*at == ':' && !colon) {
+      colon = at;
+    }
   }
-  text = withoutPrefix(text);
+  const char* localBegin = colon ? colon + 1 : tokenBegin;
+  return {std::string_view(begin, hasHash ? static_cast<std::size_t>(tokenBegin - 1 - begin) : 0),
+          std::string_view(localBegin, static_cast<std::size_t>(end - localBegin)), hasHash, tokenBegin == end};
+}
+
+// Fills a token from a name; no allocation when the texts fit the strings' capacity.
+void assignName(ZrToken& token, std::string_view text) {
+  SplitName name = splitName(text);
+  if (name.hasHash)
+    token.setNamespace(std::string(name.xmlNamespace));
+  else if (!token.namespaceText().empty())
+    token.setNamespace(std::string());
   token.clear();
-  token.append(text.data(), static_cast<ZrU32>(text.size()));
+  token.append(name.local.data(), static_cast<ZrU32>(name.local.size()));
 }
 
 }  // namespace
@@ -319,9 +351,15 @@ std::size_t ZrXmlFileReader::findChar(char c, std::size_t from) {
   for (;;) {
     std::size_t size = m_theReadBuffer.size();
     if (from < size) {
+      // Most tags and gaps between tags are short: look at the first bytes before calling memchr.
       const char* data = m_theReadBuffer.data();
-      const void* hit = std::memchr(data + from, c, size - from);
-      if (hit) return static_cast<std::size_t>(static_cast<const char*>(hit) - data);
+      std::size_t nearEnd = std::min(size, from + 16);
+      for (std::size_t at = from; at < nearEnd; ++at)
+        if (data[at] == c) return at;
+      if (nearEnd < size) {
+        const void* hit = std::memchr(data + nearEnd, c, size - nearEnd);
+        if (hit) return static_cast<std::size_t>(static_cast<const char*>(hit) - data);
+      }
     }
     std::size_t searched = size - m_theReadIndex;  // relative to the read index, which a block read moves to 0
     if (!readBlock()) return npos;
@@ -451,7 +489,7 @@ int ZrXmlFileReader::nextEvent() {
     std::string_view tag(m_theReadBuffer.data() + m_theReadIndex, close - m_theReadIndex);
     consumeTo(close + 1);
 
-    if (startsWith(tag, "!--")) {
+    if (!tag.empty() && tag[0] == '!' && startsWith(tag, "!--")) {
       if (!endsWith(tag, "--")) skipCommentRest(tag.back(), false, nullptr);
       continue;
     }
@@ -561,56 +599,67 @@ ZrBoolean ZrXmlFileReader::parseElementAndAttributes(std::string& text) {
   return parsed;
 }
 
+// One forward pass over the tag text. The order of the checks keeps the reports of the rule that looks
+// for '=' first ("Extra characters ..."), then for an empty name ("Missing attribute name.").
 bool ZrXmlFileReader::parseStartTag(std::string_view text) {
   pushElement();
-  text = skipLeadingWhite(text);
-  std::size_t nameEnd = 0;
-  while (nameEnd < text.size() && !isWhite(text[nameEnd])) ++nameEnd;
-  std::string_view name = text.substr(0, nameEnd);
-  std::size_t hash = name.find('#');
-  if ((hash == std::string_view::npos ? name.size() : name.size() - hash - 1) == 0) {
+  const char* at = text.data();
+  const char* end = at + text.size();
+  while (at < end && isWhite(*at)) ++at;
+  const char* nameBegin = at;
+  while (at < end && !isWhite(*at)) ++at;
+  std::string_view name(nameBegin, static_cast<std::size_t>(at - nameBegin));
+  if (splitName(name).emptyToken) {
+    m_theElementStack.back().element = m_theElementStack.size() > 1
+                                           ? m_theElementStack[m_theElementStack.size() - 2].element
+                                           : m_theNullToken;  // the entry stays a copy of its parent
     warnMessage("file not well formed.\n\tNo element name found in start tag.");
     return false;
   }
-  text = skipLeadingWhite(text.substr(nameEnd));
   if (!m_theAttributes.empty()) {
     warnMessage("file possibly not valid.\n\tPrevious attribute names were not used.");
     clearAttributes();
   }
 
-  while (!text.empty()) {
-    if (text.find('=') == std::string_view::npos) {
+  for (;;) {
+    while (at < end && isWhite(*at)) ++at;
+    if (at == end) break;
+    const char* attributeBegin = at;
+    while (at < end && !hasClass(*at, White | Equals)) ++at;
+    std::string_view attribute(attributeBegin, static_cast<std::size_t>(at - attributeBegin));
+    while (at < end && *at != '=') ++at;
+    if (at == end) {
       warnMessage("file not well formed.\n\tExtra characters found behind element or attributes.");
       break;
     }
-    std::size_t attributeEnd = text.find_first_of(" \t\n\r=");
-    std::string_view attribute = text.substr(0, attributeEnd);
     if (attribute.empty()) {
       warnMessage("file not well formed.\n\tMissing attribute name.");
       break;
     }
-    text = skipLeadingWhite(text.substr(text.find('=') + 1));
+    ++at;
+    while (at < end && isWhite(*at)) ++at;
     std::string_view value;
-    if (!text.empty() && (text[0] == '"' || text[0] == '\'')) {
-      std::size_t quote = text.find(text[0], 1);
-      if (quote == std::string_view::npos) {
+    if (at < end && (*at == '"' || *at == '\'')) {
+      const char* valueBegin = at + 1;
+      const void* quote = std::memchr(valueBegin, *at, static_cast<std::size_t>(end - valueBegin));
+      if (!quote) {
         warnMessage("file not well formed.\n\tSecond quote of attribute value is missing.");
-        value = text.substr(1);
-        text = std::string_view();
+        value = std::string_view(valueBegin, static_cast<std::size_t>(end - valueBegin));
+        at = end;
       } else {
-        value = text.substr(1, quote - 1);
-        text = skipLeadingWhite(text.substr(quote + 1));
+        const char* valueEnd = static_cast<const char*>(quote);
+        value = std::string_view(valueBegin, static_cast<std::size_t>(valueEnd - valueBegin));
+        at = valueEnd + 1;
       }
     } else {
       warnMessage("file not well formed.\n\tMissing quotes around attribute value.");
-      std::size_t wordEnd = 0;
-      while (wordEnd < text.size() && !isWhite(text[wordEnd])) ++wordEnd;
-      value = text.substr(0, wordEnd);
-      text = skipLeadingWhite(text.substr(wordEnd));
+      const char* valueBegin = at;
+      while (at < end && !isWhite(*at)) ++at;
+      value = std::string_view(valueBegin, static_cast<std::size_t>(at - valueBegin));
     }
-    if (startsWith(attribute, "xmlns"))
+    if (attribute[0] == 'x' && startsWith(attribute, "xmlns"))
       declareNamespace(attribute, value);
-    else if (!startsWith(attribute, "xsi:"))
+    else if (attribute[0] != 'x' || !startsWith(attribute, "xsi:"))
       addAttribute(attribute, value);
   }
 
@@ -640,51 +689,51 @@ void ZrXmlFileReader::declareNamespace(std::string_view name, std::string_view u
 // The first value of a name is kept. Map nodes of earlier tags are reused, so a document whose tags have
 // a steady number of attributes allocates nothing here once warmed up.
 void ZrXmlFileReader::addAttribute(std::string_view name, std::string_view value) {
-  assignName(m_theAttributeName, name);
-  auto position = m_theAttributes.lower_bound(m_theAttributeName);
-  if (position != m_theAttributes.end() && !(m_theAttributeName < position->first)) return;
   if (m_theSpareAttributes.empty()) {
-    m_theAttributes.emplace_hint(position, m_theAttributeName, std::string(value));
+    assignName(m_theAttributeName, name);
+    auto position = m_theAttributes.lower_bound(m_theAttributeName);
+    if (position == m_theAttributes.end() || m_theAttributeName < position->first)
+      m_theAttributes.emplace_hint(position, m_theAttributeName, std::string(value));
     return;
   }
-  AttributeMap::node_type node = std::move(m_theSpareAttributes.back());
-  m_theSpareAttributes.pop_back();
-  node.key() = m_theAttributeName;
+  // The key is built in a spare node, which then serves for the look-up as well.
+  AttributeMap::node_type& node = m_theSpareAttributes.back();
+  assignName(node.key(), name);
+  auto position = m_theAttributes.lower_bound(node.key());
+  if (position != m_theAttributes.end() && !(node.key() < position->first)) return;
   node.mapped().assign(value.data(), value.size());
   m_theAttributes.insert(position, std::move(node));
+  m_theSpareAttributes.pop_back();
 }
 
 void ZrXmlFileReader::clearAttributes() {
   while (!m_theAttributes.empty()) m_theSpareAttributes.push_back(m_theAttributes.extract(m_theAttributes.begin()));
 }
 
-// A new entry inherits the innermost entry's namespaces. Popped entries are reused; their namespace map is
-// copied only when it differs, which in most documents it never does.
+// A new entry inherits the innermost entry's namespaces. The namespace maps of popped entries are kept
+// and reused; a map is copied only when it differs from the parent's, which in most documents it never
+// does, so opening an element allocates nothing once the reader is warmed up.
 void ZrXmlFileReader::pushElement() {
-  if (m_theSpareElements.empty()) {
-    if (m_theElementStack.empty())
-      m_theElementStack.emplace_back();
-    else
-      m_theElementStack.push_back(m_theElementStack.back());
-    return;
+  m_theElementStack.emplace_back();
+  std::size_t depth = m_theElementStack.size();
+  if (depth == 1) return;
+  const auto& inherited = m_theElementStack[depth - 2].namespaces;
+  if (inherited.empty()) return;
+  auto& namespaces = m_theElementStack.back().namespaces;
+  if (!m_theSpareNamespaces.empty()) {
+    namespaces.swap(m_theSpareNamespaces.back());
+    m_theSpareNamespaces.pop_back();
   }
-  ElementStruct entry = std::move(m_theSpareElements.back());
-  m_theSpareElements.pop_back();
-  if (m_theElementStack.empty()) {
-    entry.element.clear();
-    entry.element.setNamespace(std::string());
-    entry.namespaces.clear();
-  } else {
-    const ElementStruct& parent = m_theElementStack.back();
-    entry.element = parent.element;
-    if (entry.namespaces != parent.namespaces) entry.namespaces = parent.namespaces;
-  }
-  m_theElementStack.push_back(std::move(entry));
+  if (namespaces != inherited) namespaces = inherited;
 }
 
 void ZrXmlFileReader::popElement() {
   if (m_theElementStack.empty()) return;
-  m_theSpareElements.push_back(std::move(m_theElementStack.back()));
+  auto& namespaces = m_theElementStack.back().namespaces;
+  if (!namespaces.empty()) {
+    m_theSpareNamespaces.emplace_back();
+    m_theSpareNamespaces.back().swap(namespaces);
+  }
   m_theElementStack.pop_back();
 }
 

@@ -205,7 +205,7 @@ class ZrXmlFileReader {
   bool fastCloseEndTag(bool onlyIfNamed);
 
   std::vector<AttributeMap::node_type> m_theSpareAttributes;  // nodes kept for reuse by later tags
-  std::vector<ElementStruct> m_theSpareElements;              // popped entries kept for reuse
+  std::vector<std::map<std::string, std::string>> m_theSpareNamespaces;  // maps of popped entries, for reuse
   bool m_theStreamExhausted;
   bool m_theSearchingEndTag;    // inside the search that a white-space-only tag started
   bool m_theLastEndTagPopped;   // the last end tag closed the innermost element

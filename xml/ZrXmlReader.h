@@ -86,6 +86,10 @@ class ZrXmlReader {
   bool httpIncludesAllowed() const { return m_theHttpIncludesAllowed; }
   ZrU32 depth() const { return static_cast<ZrU32>(m_theFileReaders.size()); }
 
+  // The file reader of the document being read (null before open), for tools that show where they
+  // stand: its open elements, last end tag, and whether its input has run out.
+  const ZrXmlFileReader* currentFileReader() const { return top(); }
+
  private:
   // One open document. The stream of an included document belongs to the reader; it is shared by
   // the reader's copies (a copy goes on reading the same open streams) and released when the last
