@@ -6,6 +6,7 @@
 #include <ZrXmlReader.h>
 #include <ZrXmlSetType.h>
 #include <ZrXmlVectorType.h>
+#include <ZrXmlVectorVector.h>
 #include <ZrXmlWriter.h>
 #include <gtest/gtest.h>
 
@@ -243,11 +244,29 @@ TEST(ZrXmlVectorStream, AppendedElementsJoinTheBody) {
   EXPECT_FALSE(vector.writeBodyToStream(nullptr));
 }
 
-#undef B
-
-}  // namespace
-
-namespace {
+// Faulty documents are reported, never crash, and leave every container readable by its parent.
+TEST(ZrXmlContainerFaults, MalformedDocumentsEndTheRead) {
+  const char* texts[] = {
+      "<c size='7'><group>1 2",          "<c><element><key>",          "<c size='x'><group/><group>3</group></c>",
+      "<c><group><x/></group></c>",      "<c><first/><second>",        "<c size='-5'><element/></c>",
+      "<c><element><key/><value/></element></c>", "<c><element x='1' y='2' z='3'>", "<c><<>></c>",
+  };
+  for (const char* text : texts) {
+    ZrTest::PrintCapture capture;
+    ZrXmlVectorType<ZrXmlVectorType<B(double)>> nested;
+    ZrXmlVectorType<B(std::string)> words;
+    ZrXmlSetType<B(unsigned int)> set;
+    ZrXmlMapType<B(std::string), ZrXmlVectorType<B(double)>> map;
+    ZrXmlPairType<ZrXmlVector, ZrXmlVector> pair;
+    ZrXmlVectorVector path;
+    readRoot(text, nested);
+    readRoot(text, words);
+    readRoot(text, set);
+    readRoot(text, map);
+    readRoot(text, pair);
+    readRoot(text, path);
+  }
+}
 
 // Reals in arrays and vectors take a short way around the writer's stream; the text must be the
 // stream's own, at its default state, at a raised precision, and (through the stream) in other states.
@@ -298,5 +317,7 @@ TEST(ZrXmlRealText, RealsAreWrittenAsTheStreamWritesThem) {
     EXPECT_EQ(viaObjects.str(), viaStream.str());
   }
 }
+
+#undef B
 
 }  // namespace

@@ -56,7 +56,7 @@ class ZrXmlVectorType : public ZrXmlObject {
   typedef std::vector<E> VectorContainer;
 
   // The most room reserved ahead of reading, in bytes of elements, whatever the "size" attribute says.
-  static const ZrU32 m_theMaxReserveBytes = 16u << 20;
+  static constexpr ZrU32 m_theMaxReserveBytes = 16u << 20;
 
   ZrXmlVectorType();
   ZrXmlVectorType(const VectorContainer& elements);  // NOLINT: implicit, so that members can be initialised from arrays

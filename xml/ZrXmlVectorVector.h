@@ -27,7 +27,7 @@ class ZrXmlVectorVector : public ZrXmlObject {
   typedef std::vector<ZrVector> VectorContainer;
 
   // The most entries reserved ahead of reading, whatever the document announces.
-  static const ZrU32 m_theMaxReserve = 1u << 20;
+  static constexpr ZrU32 m_theMaxReserve = 1u << 20;
 
   ZrXmlVectorVector() = default;
   ZrXmlVectorVector(const VectorContainer& vectors);  // NOLINT: implicit, so that members can be initialised from arrays
