@@ -11,6 +11,7 @@ const zrxml::Command theCommands[] = {
      zrxml::checkCommand},
     {"events", "FILE", "print one line per event: line, mode, kind, element, attributes, content",
      zrxml::eventsCommand},
+    {"demo", "[FILE]", "read a robot-cell document (default: the sample) and write it back; --values lists it", zrxml::demoCommand},
 };
 
 void printUsage() {

@@ -1,0 +1,35 @@
+#include "ZrRobot.h"
+
+#include "ZrCellNamespace.h"
+
+// "auto" is accepted as a second name for AUTOMATIC; "automatic", added first, is the one written.
+ZrRobot::ZrRobot()
+    : m_theMode(MANUAL, {{MANUAL, "manual"}, {AUTOMATIC, "automatic"}, {MAINTENANCE, "maintenance"}, {AUTOMATIC, "auto"}}) {}
+
+ZrRobot::ZrRobot(const std::string& name, unsigned serial) : ZrRobot() {
+  m_theName = name;
+  m_theSerial = serial;
+}
+
+void ZrRobot::registerComponents() {
+  registerAttributeComponent(ZrCell::attribute("name"), &m_theName);
+  registerAttributeComponent(ZrCell::attribute("serial"), &m_theSerial);
+  registerComponent(ZrCell::element("mode"), &m_theMode);
+  registerComponent(ZrCell::element("mass"), &m_theMass);
+  registerComponentReadOnly(ZrCell::element("weight"), &m_theMass);
+  registerComponent(ZrCell::element("payload"), &m_thePayload);
+  registerComponent(ZrCell::element("priority"), &m_thePriority);
+  registerComponent(ZrCell::element("shoulder"), &m_theShoulder);
+  registerComponent(ZrCell::element("elbow"), &m_theElbow);
+  registerComponent(ZrCell::element("wrist"), &m_theWrist);
+}
+
+ZrBoolean ZrRobot::equality(const ZrXmlObject* other) const {
+  const ZrRobot* robot = dynamic_cast<const ZrRobot*>(other);
+  return robot && m_theName == robot->m_theName && m_theSerial == robot->m_theSerial &&
+         m_theMode == robot->m_theMode && m_theMass == robot->m_theMass && m_thePayload == robot->m_thePayload &&
+         m_thePriority == robot->m_thePriority && m_theShoulder.equality(&robot->m_theShoulder) &&
+         m_theElbow.equality(&robot->m_theElbow) && m_theWrist.equality(&robot->m_theWrist);
+}
+
+ZrToken ZrRobot::token() const { return ZrCell::element("robot"); }

@@ -1,0 +1,67 @@
+#ifndef ZR_ROBOT_H
+#define ZR_ROBOT_H
+
+#include "ZrJoint.h"
+
+#include <ZrXmlBasicType.h>
+#include <ZrXmlCompoundType.h>
+#include <ZrXmlEnumType.h>
+
+#include <string>
+
+// A named robot of the cell: its operating mode, masses, scheduling priority and three arm joints.
+//
+//   <loader name="Loader" serial="40117">
+//     <elbow axis="y">...</elbow>
+//     <mass>145.5</mass>
+//     <mode>automatic</mode>
+//     ...
+//   </loader>
+//
+// Older documents called the mass "weight": that name is still read (into the same member) but never
+// written, which is what a read-only registration is for.
+class ZrRobot : public ZrXmlCompoundType {
+ public:
+  enum OperatingMode { MANUAL = 0, AUTOMATIC = 1, MAINTENANCE = 2 };
+
+  ZrRobot();
+  ZrRobot(const std::string& name, unsigned serial);
+
+  ZrXmlObject* clone() const override { return new ZrRobot(*this); }
+  ZrXmlObject* newObject() const override { return new ZrRobot(); }
+  ZrBoolean equality(const ZrXmlObject* other) const override;
+  ZrToken token() const override;
+
+  const std::string& name() const { return m_theName.value(); }
+  unsigned serial() const { return m_theSerial.value(); }
+  OperatingMode mode() const { return static_cast<OperatingMode>(m_theMode.value()); }
+  void setMode(OperatingMode mode) { m_theMode = mode; }
+  double mass() const { return m_theMass.value(); }        // kilograms, never negative
+  void setMass(double kilograms) { m_theMass = ZrNonNegReal(kilograms); }
+  double payload() const { return m_thePayload.value(); }  // kilograms, never negative
+  void setPayload(double kilograms) { m_thePayload = ZrNonNegReal(kilograms); }
+  unsigned priority() const { return m_thePriority.value(); }
+  void setPriority(unsigned char priority) { m_thePriority = priority; }
+  ZrJoint& shoulder() { return m_theShoulder; }
+  ZrJoint& elbow() { return m_theElbow; }
+  ZrJoint& wrist() { return m_theWrist; }
+  const ZrJoint& shoulder() const { return m_theShoulder; }
+  const ZrJoint& elbow() const { return m_theElbow; }
+  const ZrJoint& wrist() const { return m_theWrist; }
+
+ protected:
+  void registerComponents() override;
+
+ private:
+  ZrXmlBasicType<std::string> m_theName;
+  ZrXmlBasicType<unsigned int> m_theSerial;
+  ZrXmlEnumType<int> m_theMode;
+  ZrXmlBasicType<ZrNonNegReal> m_theMass;
+  ZrXmlBasicType<ZrNonNegReal> m_thePayload;
+  ZrXmlBasicType<unsigned char> m_thePriority;
+  ZrJoint m_theShoulder;
+  ZrJoint m_theElbow;
+  ZrJoint m_theWrist;
+};
+
+#endif

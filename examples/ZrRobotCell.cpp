@@ -1,0 +1,27 @@
+#include "ZrRobotCell.h"
+
+#include "ZrCellNamespace.h"
+
+// A new cell is stamped with the document format version this code writes.
+ZrRobotCell::ZrRobotCell() : m_theVersion(std::string(ZrXml::codeBaseVersion)) {}
+
+ZrToken ZrRobotCell::rootToken() { return ZrCell::element("robotCell"); }
+
+// The root also takes the "version" attribute that every document's root carries.
+void ZrRobotCell::registerComponents() {
+  registerAttributeComponent(ZrXml::ZrVersionToken, &m_theVersion);
+  registerAttributeComponent(ZrCell::attribute("name"), &m_theName);
+  registerComponent(ZrCell::element("cycleTime"), &m_theCycleTime);
+  registerComponent(ZrCell::element("enabled"), &m_theEnabled);
+  registerComponent(ZrCell::element("operators"), &m_theOperators);
+  registerComponent(ZrCell::element("loader"), &m_theLoader);
+  registerComponent(ZrCell::element("welder"), &m_theWelder);
+}
+
+ZrBoolean ZrRobotCell::equality(const ZrXmlObject* other) const {
+  const ZrRobotCell* cell = dynamic_cast<const ZrRobotCell*>(other);
+  return cell && m_theVersion == cell->m_theVersion && m_theName == cell->m_theName &&
+         m_theCycleTime == cell->m_theCycleTime && m_theEnabled == cell->m_theEnabled &&
+         m_theOperators == cell->m_theOperators && m_theLoader.equality(&cell->m_theLoader) &&
+         m_theWelder.equality(&cell->m_theWelder);
+}

@@ -1,0 +1,32 @@
+#ifndef ZR_ROBOT_CELL_DOCUMENT_H
+#define ZR_ROBOT_CELL_DOCUMENT_H
+
+#include "ZrRobotCell.h"
+
+#include <istream>
+#include <ostream>
+#include <string>
+
+// Reading and writing whole cell documents: the few lines an application needs around its root object.
+class ZrRobotCellDocument {
+ public:
+  // Reads a cell document from a stream into cell. The file name is used in messages only.
+  // False when the document holds no "robotCell" root; faults inside it are reported and skipped.
+  static ZrBoolean read(std::istream& in, const std::string& filename, ZrRobotCell& cell);
+  static ZrBoolean readFile(const std::string& filename, ZrRobotCell& cell);
+
+  // Writes cell as a whole document. The file name names the schema file paired with the namespace.
+  static ZrBoolean write(const ZrRobotCell& cell, std::ostream& out, const std::string& filename);
+
+  // Lists the cell's values as "path = value" lines.
+  static void listValues(const ZrRobotCell& cell, std::ostream& out);
+
+  // The sample document shipped with the example.
+  static std::string samplePath();
+
+  // Reads a cell document (the sample when filename is empty) and writes it back to out, or lists its
+  // values when listValues is set. Returns a process exit status: 0 on success.
+  static int demo(const std::string& filename, std::ostream& out, bool listValues = false);
+};
+
+#endif

@@ -1,0 +1,55 @@
+// The robot-cell example end to end: the shipped sample read, listed, written and read back.
+#include <ZrRobotCellDocument.h>
+#include <ZrTestSupport.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+namespace {
+
+TEST(ZrRobotCellExample, SampleReadsWithoutMessagesAndListsItsValues) {
+  ZrTest::PrintCapture capture;
+  ZrRobotCell cell;
+  ASSERT_TRUE(ZrRobotCellDocument::readFile(ZrRobotCellDocument::samplePath(), cell));
+  EXPECT_EQ(capture.all(), "");
+
+  std::ostringstream values;
+  ZrRobotCellDocument::listValues(cell, values);
+  const std::string text = values.str();
+  for (const char* line : {"robotCell/@name = Assembly cell 4\n", "robotCell/enabled = 1\n",
+                           "robotCell/loader/@serial = 40117\n", "robotCell/loader/shoulder/@axis = z\n",
+                           "robotCell/loader/elbow/lower = -2.35619\n",
+                           // read through the second name of the mode and the older name of the mass
+                           "robotCell/welder/mode = automatic\n", "robotCell/welder/mass = 210\n"})
+    EXPECT_NE(text.find(line), std::string::npos) << line << text;
+}
+
+TEST(ZrRobotCellExample, WhatTheDemoWritesReadsBackEqual) {
+  ZrTest::PrintCapture capture;
+  std::ostringstream first;
+  ASSERT_EQ(ZrRobotCellDocument::demo("", first), 0);
+  ZrRobotCell sample, rewritten;
+  ASSERT_TRUE(ZrRobotCellDocument::readFile(ZrRobotCellDocument::samplePath(), sample));
+  std::istringstream in(first.str());
+  ASSERT_TRUE(ZrRobotCellDocument::read(in, "rewritten.xml", rewritten));
+  EXPECT_TRUE(rewritten.equality(&sample)) << first.str();
+  EXPECT_EQ(rewritten.welder().mass(), 210.0);
+  EXPECT_EQ(first.str().find("weight"), std::string::npos) << "read-only names are not written";
+
+  std::ostringstream second;
+  ASSERT_TRUE(ZrRobotCellDocument::write(rewritten, second, ZrRobotCellDocument::samplePath()));
+  EXPECT_EQ(second.str(), first.str()) << "writing is stable";
+  EXPECT_EQ(capture.all(), "");
+}
+
+TEST(ZrRobotCellExample, RejectsDocumentsOfAnotherKind) {
+  ZrTest::PrintCapture capture;
+  ZrRobotCell cell;
+  std::istringstream other("<garage/>");
+  EXPECT_FALSE(ZrRobotCellDocument::read(other, "garage.xml", cell));
+  EXPECT_TRUE(capture.contains("root element is garage, not robotCell")) << capture.all();
+  EXPECT_EQ(ZrRobotCellDocument::demo("/nonexistent/cell.xml", std::cout), 1);
+}
+
+}  // namespace

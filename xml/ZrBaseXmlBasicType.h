@@ -1,0 +1,27 @@
+#ifndef ZR_BASE_XML_BASIC_TYPE_H
+#define ZR_BASE_XML_BASIC_TYPE_H
+
+#include <ZrXmlObject.h>
+
+#include <string>
+
+// Groups the leaf value types (single values and enumerations), so that a visitor or a caller can
+// treat "any plain value" alike. It adds no state and no virtual operation of its own.
+class ZrBaseXmlBasicType : public ZrXmlObject {
+ public:
+  ZrBaseXmlBasicType() = default;
+  ZrBaseXmlBasicType(const ZrBaseXmlBasicType&) = default;
+  ZrBaseXmlBasicType& operator=(const ZrBaseXmlBasicType&) = default;
+  ~ZrBaseXmlBasicType() override;
+
+  void accept(ZrXmlObjectVisitor* visitor) const override;
+
+ protected:
+  // Fetches the text of the element the reader stands on, by the reader's mode: an empty-element tag
+  // gives the empty text, content gives the content, and a start tag is followed by one more step,
+  // whose content or end tag gives the text. Anything else means the element holds no data: the
+  // result is false and the text is empty.
+  static bool elementText(ZrXmlReader& reader, std::string& text);
+};
+
+#endif

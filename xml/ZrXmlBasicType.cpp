@@ -1,0 +1,235 @@
+#include "ZrXmlBasicType.h"
+
+#include "ZrPrint.h"
+#include "ZrXmlObjectVisitor.h"
+#include "ZrXmlReader.h"
+#include "ZrXmlSchema.h"
+#include "ZrXmlWriter.h"
+
+#include <cstdlib>
+#include <sstream>
+#include <type_traits>
+#include <typeinfo>
+
+namespace {
+
+// One extraction stream serves every conversion that the text forms define by stream extraction:
+// building a stream (and its locale) per value would dominate the cost of reading numbers. It is
+// reset before each use, and nothing ever changes its format flags, so each extraction behaves as
+// on a freshly built stream.
+std::istringstream& extractionStream(const std::string& text) {
+  static thread_local std::istringstream stream;
+  stream.clear();
+  stream.str(text);
+  return stream;
+}
+
+void parseText(const std::string& text, double& value) { value = std::strtod(text.c_str(), nullptr); }
+
+void parseText(const std::string& text, int& value) {
+  value = static_cast<int>(std::strtol(text.c_str(), nullptr, 10));
+}
+
+void parseText(const std::string& text, unsigned int& value) { extractionStream(text) >> value; }
+void parseText(const std::string& text, short& value) { extractionStream(text) >> value; }
+void parseText(const std::string& text, unsigned short& value) { extractionStream(text) >> value; }
+void parseText(const std::string& text, char& value) { extractionStream(text) >> value; }
+void parseText(const std::string& text, bool& value) { extractionStream(text) >> value; }  // numeric form only
+void parseText(const std::string& text, std::string& value) { value = text; }
+
+// A byte is read as a number, so that "65" is 65 and not the character '6'.
+void parseText(const std::string& text, unsigned char& value) {
+  if (text.empty()) {
+    value = 0;
+    return;
+  }
+  unsigned short wide = 0;
+  extractionStream(text) >> wide;
+  value = static_cast<unsigned char>(wide & 0xFFu);
+}
+
+double extractDouble(const std::string& text) {
+  double number = 0.0;
+  extractionStream(text) >> number;
+  return number;
+}
+
+void parseText(const std::string& text, ZrAngle& value) { value.setValue(extractDouble(text)); }
+void parseText(const std::string& text, ZrNonNegReal& value) { value.setValue(extractDouble(text)); }
+
+template <class T>
+void formatText(std::ostream& out, const T& value) {
+  out << value;
+}
+
+void formatText(std::ostream& out, bool value) { out << (value ? '1' : '0'); }
+void formatText(std::ostream& out, unsigned char value) { out << static_cast<unsigned short>(value); }
+void formatText(std::ostream& out, const ZrAngle& value) { out << value.value(); }
+void formatText(std::ostream& out, const ZrNonNegReal& value) { out << value.value(); }
+
+// The character itself; the NUL character (a default char) is written as empty text, which a
+// document cannot hold otherwise and which reads back as an unchanged, still default, value.
+void formatText(std::ostream& out, char value) {
+  if (value != '\0') out << value;
+}
+
+}  // namespace
+
+template <class T>
+ZrXmlBasicType<T>::ZrXmlBasicType() : m_theValue() {}
+
+template <class T>
+ZrXmlBasicType<T>::ZrXmlBasicType(const T& value) : m_theValue(value) {}
+
+template <class T>
+ZrXmlBasicType<T>::ZrXmlBasicType(const ZrXmlBasicType& other) : ZrBaseXmlBasicType(other), m_theValue(other.m_theValue) {}
+
+template <class T>
+ZrXmlBasicType<T>& ZrXmlBasicType<T>::operator=(const ZrXmlBasicType& other) {
+  ZrBaseXmlBasicType::operator=(other);
+  m_theValue = other.m_theValue;
+  return *this;
+}
+
+template <class T>
+ZrXmlBasicType<T>& ZrXmlBasicType<T>::operator=(const T& value) {
+  setValue(value);
+  return *this;
+}
+
+template <class T>
+ZrXmlBasicType<T>::~ZrXmlBasicType() = default;
+
+template <class T>
+void ZrXmlBasicType<T>::accept(ZrXmlObjectVisitor* visitor) const {
+  if (visitor) visitor->visit(this);
+}
+
+template <class T>
+ZrXmlObject* ZrXmlBasicType<T>::clone() const {
+  return new ZrXmlBasicType(*this);
+}
+
+template <class T>
+ZrBoolean ZrXmlBasicType<T>::read(ZrXmlReader& reader) {
+  ZrBoolean result = ZrXmlObject::read(reader);
+  if (!result) return result;
+  std::string text;
+  if (elementText(reader, text)) {
+    setValueFromString(text);
+    return true;
+  }
+  Zr::Print::instance().write(Zr::PrintError,
+                              "ZrXmlBasicType Error: file not valid.\n\tNo data found.\n\tFile: %s\n\tLine: %d\n",
+                              reader.filename().c_str(), reader.lineCountOfFile());
+  setValueFromString(text);
+  return false;
+}
+
+// A missing attribute is reported but is not a failure: the value becomes that of the empty text.
+template <class T>
+ZrBoolean ZrXmlBasicType<T>::readAttribute(ZrXmlReader& reader) {
+  ZrBoolean result = ZrXmlObject::read(reader);
+  if (!result) return result;
+  if (reader.remainingNumOfAttributes() != 0) {
+    setValueFromString(reader.attributeValue());
+  } else {
+    Zr::Print::instance().write(Zr::PrintError,
+                                "ZrXmlBasicType Error: file not valid.\n\tNo attributes found.\n\tFile: %s\n\tLine: %d\n",
+                                reader.filename().c_str(), reader.lineCountOfFile());
+    setValueFromString(std::string());
+  }
+  return result;
+}
+
+template <class T>
+ZrBoolean ZrXmlBasicType<T>::write(ZrXmlWriter& writer) const {
+  if (!ZrXmlObject::write(writer)) return false;
+  writer.type(typeid(T));
+  if constexpr (std::is_same<T, std::string>::value) {
+    writer.data(m_theValue);  // a string's text is the string itself: no formatting needed
+  } else {
+    std::ostringstream& stream = writer.valueStream();
+    formatText(stream, m_theValue);
+    writer.data(stream.str());
+    stream.str(std::string());
+  }
+  return true;
+}
+
+template <class T>
+ZrBoolean ZrXmlBasicType<T>::writeSchema(ZrXmlSchema& schema) const {
+  ZrBoolean result = ZrXmlObject::writeSchema(schema);
+  if (result) schema.setType(typeid(T));
+  return result;
+}
+
+template <class T>
+ZrBoolean ZrXmlBasicType<T>::isBasicType() const {
+  return true;
+}
+
+template <class T>
+ZrBoolean ZrXmlBasicType<T>::equality(const ZrXmlObject* other) const {
+  const ZrXmlBasicType* same = dynamic_cast<const ZrXmlBasicType*>(other);
+  return same != nullptr && *this == *same;
+}
+
+template <class T>
+ZrXmlObject* ZrXmlBasicType<T>::newObject() const {
+  return new ZrXmlBasicType();
+}
+
+template <class T>
+ZrToken ZrXmlBasicType<T>::token() const {
+  return ZrXml::ZrBasicTypeToken;
+}
+
+template <class T>
+void ZrXmlBasicType<T>::setValueFromString(const std::string& text) {
+  parseText(text, m_theValue);
+}
+
+template <class T>
+void ZrXmlBasicType<T>::setValue(const T& value) {
+  m_theValue = value;
+  setSpecified(true);
+}
+
+template <class T>
+bool ZrXmlBasicType<T>::operator==(const ZrXmlBasicType& other) const {
+  return ZrXmlObject::operator==(other) && m_theValue == other.m_theValue;
+}
+
+template <class T>
+ZrXmlBasicType<T> ZrXmlBasicType<T>::nullObject() {
+  return ZrXmlBasicType();
+}
+
+template <class T>
+std::string ZrXmlBasicType<T>::text() const {
+  if constexpr (std::is_same<T, std::string>::value) {
+    return m_theValue;
+  } else {
+    std::ostringstream out;
+    formatText(out, m_theValue);
+    return out.str();
+  }
+}
+
+template <class T>
+void ZrXmlBasicType<T>::formatValue(std::ostream& out, const T& value) {
+  formatText(out, value);
+}
+
+template class ZrXmlBasicType<bool>;
+template class ZrXmlBasicType<char>;
+template class ZrXmlBasicType<short>;
+template class ZrXmlBasicType<unsigned short>;
+template class ZrXmlBasicType<int>;
+template class ZrXmlBasicType<unsigned int>;
+template class ZrXmlBasicType<unsigned char>;
+template class ZrXmlBasicType<double>;
+template class ZrXmlBasicType<std::string>;
+template class ZrXmlBasicType<ZrAngle>;
+template class ZrXmlBasicType<ZrNonNegReal>;

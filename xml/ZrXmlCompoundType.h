@@ -1,0 +1,93 @@
+#ifndef ZR_XML_COMPOUND_TYPE_H
+#define ZR_XML_COMPOUND_TYPE_H
+
+#include <ZrXmlObject.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+
+// The base of every persistent class made of named parts. A derived class keeps its parts as ordinary
+// members (each a ZrXmlObject) and registers each one, in registerComponents(), under the token that
+// names it in the document, as a child element or as an attribute. Reading, writing and the schema
+// are then driven by these registrations alone.
+//
+// Registrations are built lazily (on the first read, write or schema run) and point at the object's
+// own members; they are never copied, so a copy registers its own members on first use. The maps are
+// ordered by token text, which fixes the order of attributes and children in written documents.
+//
+// A read-only registration is read from documents and described in the schema but never written.
+// Element and attribute registrations share one read-only table keyed by token, so a token marked
+// read-only both ways keeps only the kind marked last.
+class ZrXmlCompoundType : public ZrXmlObject {
+ public:
+  typedef std::map<ZrToken, ZrXmlObject*> ComponentMap;
+  typedef std::map<ZrToken, ZrU32> SpecialDescriptorMap;
+
+  // Codes of the read-only table.
+  static constexpr ZrU32 m_theReadOnlyElementCode = 0;
+  static constexpr ZrU32 m_theReadOnlyAttributeCode = 1;
+
+  enum ComponentKind { ELEMENT_COMPONENT, ATTRIBUTE_COMPONENT };
+  // Receives one registration: its token, the registered object (may be null), its kind, and
+  // whether it is read-only.
+  typedef std::function<void(const ZrToken& token, const ZrXmlObject* component, ComponentKind kind, bool readOnly)>
+      ComponentFunction;
+
+  ZrXmlCompoundType();
+  ZrXmlCompoundType(const ZrXmlCompoundType& other);
+  ZrXmlCompoundType& operator=(const ZrXmlCompoundType& other);
+  ~ZrXmlCompoundType() override;
+
+  // True when both register the same tokens (and read-only marks); member values are not compared.
+  bool operator==(const ZrXmlCompoundType& other) const;
+  bool operator!=(const ZrXmlCompoundType& other) const { return !(*this == other); }
+
+  void accept(ZrXmlObjectVisitor* visitor) const override;
+  ZrBoolean xmlInit() override;
+  ZrBoolean read(ZrXmlReader& reader) override;
+  ZrBoolean write(ZrXmlWriter& writer) const override;
+  ZrBoolean writeSchema(ZrXmlSchema& schema) const override;
+
+  virtual ZrBoolean readAttributes(ZrXmlReader& reader);
+  virtual ZrBoolean readElements(ZrXmlReader& reader);
+  virtual ZrBoolean writeAttributes(ZrXmlWriter& writer) const;
+  virtual ZrBoolean writeElements(ZrXmlWriter& writer) const;
+  virtual ZrBoolean writeSchemaAttributes(ZrXmlSchema& schema) const;
+  virtual ZrBoolean writeSchemaElements(ZrXmlSchema& schema) const;
+  virtual void registerComponents() = 0;
+  virtual void registerComponent(const ZrToken& token, ZrXmlObject* object);
+  virtual void registerComponentReadOnly(const ZrToken& token, ZrXmlObject* object);
+  virtual ComponentMap& componentMap() const;
+  virtual void registerAttributeComponent(const ZrToken& token, ZrXmlObject* object);
+  virtual void registerAttributeComponentReadOnly(const ZrToken& token, ZrXmlObject* object);
+  virtual ComponentMap& attributeComponentMap();
+  virtual SpecialDescriptorMap& specialDescriptorMap();
+  virtual ZrBoolean hasChildren() const;
+  virtual ZrBoolean hasAttributes() const;
+  virtual ZrBoolean readValueFromToken(const ZrToken& token, ZrXmlReader& reader);
+  virtual ZrBoolean readValueFromSpecialToken(const ZrToken& token, ZrXmlReader& reader);
+  virtual ZrBoolean readAttributeFromToken(const ZrToken& token, ZrXmlReader& reader);
+  virtual ComponentMap* newComponentMap() const;
+  virtual SpecialDescriptorMap* newSpecialDescriptorMap();
+  virtual ComponentMap* createComponentMap() const;
+  virtual ComponentMap* createAttributeComponentMap();
+  virtual SpecialDescriptorMap* createSpecialDescriptorMap();
+  virtual ZrBoolean isReadOnlyComponent(const ZrToken& token) const;
+  virtual ZrBoolean isReadOnlyAttribute(const ZrToken& token) const;
+
+  // Walks the registrations read-only: attributes first, then elements, each in ascending token
+  // order. Registers the components first if that has not happened yet.
+  void forEachComponent(const ComponentFunction& function) const;
+
+ private:
+  bool hasSpecialCode(const ZrToken& token, ZrU32 code) const;
+  void writeElement(ZrXmlWriter& writer, const ZrToken& token, const ZrXmlObject& component) const;
+
+  // Created on first need, also from const operations.
+  mutable std::unique_ptr<ComponentMap> m_theComponentMap;
+  mutable std::unique_ptr<ComponentMap> m_theAttributeComponentMap;
+  mutable std::unique_ptr<SpecialDescriptorMap> m_theSpecialDescriptorMap;
+};
+
+#endif

@@ -1,0 +1,70 @@
+#ifndef ZR_XML_OBJECT_H
+#define ZR_XML_OBJECT_H
+
+#include <ZrToken.h>
+#include <ZrTypes.h>
+
+#include <cstdint>
+#include <string>
+
+class ZrXmlObjectVisitor;
+class ZrXmlReader;
+class ZrXmlSchema;
+class ZrXmlWriter;
+
+// The root of every class that reads itself from a ZrXmlReader and writes itself to a ZrXmlWriter.
+// It holds nothing but a flag word:
+//   bit 0 (m_theXmlInitializedBit): xmlInit has run, so the object's components are registered;
+//   bit 1 (m_theSpecifiedBit): the object has been given a value (read, copied or assigned).
+//
+// Registration is lazy and also happens on const objects (writing and schema generation are const),
+// so the flag word is mutable and the const operations run xmlInit through ensureXmlInit().
+//
+// Copying is deliberately asymmetric: a copy is specified but never initialised, so that it registers
+// its own members on first use instead of pointing into its source; assignment only marks the target
+// specified and keeps its registrations, which already point at its own members.
+class ZrXmlObject {
+ public:
+  static constexpr std::uint8_t m_theXmlInitializedBit = 0x01;
+  static constexpr std::uint8_t m_theSpecifiedBit = 0x02;
+
+  ZrXmlObject();
+  ZrXmlObject(const ZrXmlObject& other);
+  ZrXmlObject& operator=(const ZrXmlObject& other);
+  virtual ~ZrXmlObject();
+
+  // The base holds no value: any two objects compare equal here. Values are compared by equality().
+  bool operator==(const ZrXmlObject& other) const;
+
+  virtual void accept(ZrXmlObjectVisitor* visitor) const;
+  virtual ZrXmlObject* clone() const = 0;
+  virtual ZrBoolean xmlInit();
+  virtual ZrBoolean read(ZrXmlReader& reader);
+  virtual ZrBoolean readAttribute(ZrXmlReader& reader);
+  virtual ZrBoolean write(ZrXmlWriter& writer) const;
+  virtual ZrBoolean writeSchema(ZrXmlSchema& schema) const;
+  virtual ZrBoolean createSchema(const std::string& filename, const ZrToken& token) const;
+  virtual ZrBoolean xmlInitialized() const;
+  virtual void setXmlInitialized(ZrBoolean value);
+  virtual ZrBoolean specified() const;
+  virtual void setSpecified(ZrBoolean value);
+  virtual ZrBoolean isBasicType() const;
+  virtual ZrBoolean equalsDefault() const;
+  virtual ZrBoolean equality(const ZrXmlObject* other) const = 0;
+  virtual ZrXmlObject* newObject() const = 0;
+  // Returned by value so that a class may build its token on the fly; most return a constant.
+  virtual ZrToken token() const = 0;
+
+  std::uint8_t flags() const { return m_theFlags; }
+
+ protected:
+  // Runs xmlInit once, also from const operations: registrations are built on first use.
+  void ensureXmlInit() const;
+
+ private:
+  void setFlag(std::uint8_t bit, ZrBoolean value) const;
+
+  mutable std::uint8_t m_theFlags;
+};
+
+#endif
