@@ -63,7 +63,7 @@ ZrBoolean ZrXmlBaseVariableCompoundType::read(ZrXmlReader& reader) {
     if (!readVariableComponent(child, reader)) {
       Zr::Print::instance().write(Zr::PrintError, "Bad token: %s on line %d\n", child.namespaceAndToken().c_str(),
                                   reader.lineCountOfFile());
-      reader.nextMatchingEndTag();
+      skipElement(reader);
     }
     mode = reader.readXml();
   }
@@ -123,6 +123,17 @@ void ZrXmlBaseVariableCompoundType::setAddLibraries(const LibraryList& libraries
 
 const ZrXmlBaseVariableCompoundType::CreatorMap& ZrXmlBaseVariableCompoundType::creatorMap() const {
   return m_theFactory.creatorMap();
+}
+
+void ZrXmlBaseVariableCompoundType::dropAttributes(ZrXmlReader& reader) {
+  // Bounded by the count at the start, whatever the reader does with each request.
+  for (ZrU32 left = reader.remainingNumOfAttributes(); left != 0 && reader.remainingNumOfAttributes() != 0; --left)
+    reader.attributeValue(reader.attributeName());
+}
+
+void ZrXmlBaseVariableCompoundType::skipElement(ZrXmlReader& reader) {
+  dropAttributes(reader);
+  reader.nextMatchingEndTag();
 }
 
 ZrBoolean ZrXmlBaseVariableCompoundType::readLibraryList(const ZrToken& token, ZrXmlReader& reader) {

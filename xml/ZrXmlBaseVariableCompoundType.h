@@ -78,6 +78,11 @@ class ZrXmlBaseVariableCompoundType : public ZrXmlObject {
   // registers the creators it offers. Libraries are found only on ZrDllLoader's search path.
   virtual void processLibraries();
 
+  // Skips the element the reader stands on, with its whole subtree. Its attributes are dropped
+  // first: the reader reports attributes that nobody took, and a skipped element's were not wanted.
+  static void skipElement(ZrXmlReader& reader);
+  static void dropAttributes(ZrXmlReader& reader);
+
  protected:
   // For readVariableComponent: when token names the "addLibraries" element (in any namespace), reads
   // the list, processes the libraries and returns true; otherwise returns false and reads nothing.

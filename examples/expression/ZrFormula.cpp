@@ -54,7 +54,7 @@ ZrBoolean ZrFormula::readVariableComponent(const ZrToken& childToken, ZrXmlReade
     Zr::Print::instance().write(Zr::PrintError,
                                 "ZrFormula Error: a formula holds one term; %s skipped.\n\tFile: %s\n\tLine: %d\n",
                                 childToken.c_str(), reader.filename().c_str(), reader.lineCountOfFile());
-    reader.nextMatchingEndTag();
+    skipElement(reader);
     return true;
   }
   created.release();

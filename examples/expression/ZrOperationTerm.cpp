@@ -55,9 +55,11 @@ void ZrOperationTerm::addOperand(std::unique_ptr<ZrTerm> operand) {
   m_theOperands.push_back(std::move(operand));
 }
 
-// Returning false makes the compound skip the child's subtree.
+// Returning false makes the compound skip the child's subtree; the child's attributes are dropped
+// here, since the compound's skipping leaves them.
 ZrBoolean ZrOperationTerm::readValueFromSpecialToken(const ZrToken& childToken, ZrXmlReader& reader) {
   if (depth() >= m_theMaxDepth) {
+    ZrXmlBaseVariableCompoundType::dropAttributes(reader);
     Zr::Print::instance().write(Zr::PrintError,
                                 "ZrOperationTerm Error: terms nested deeper than %u levels; %s skipped.\n\tFile: "
                                 "%s\n\tLine: %d\n",
@@ -66,7 +68,10 @@ ZrBoolean ZrOperationTerm::readValueFromSpecialToken(const ZrToken& childToken, 
   }
   std::unique_ptr<ZrXmlObject> created(container() ? container()->newObjectFromToken(childToken) : nullptr);
   ZrTerm* term = dynamic_cast<ZrTerm*>(created.get());
-  if (!term) return ZrTerm::readValueFromSpecialToken(childToken, reader);
+  if (!term) {
+    ZrXmlBaseVariableCompoundType::dropAttributes(reader);
+    return ZrTerm::readValueFromSpecialToken(childToken, reader);
+  }
   created.release();
   addOperand(std::unique_ptr<ZrTerm>(term));
   term->read(reader);
