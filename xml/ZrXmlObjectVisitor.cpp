@@ -2,6 +2,7 @@
 
 #include "ZrBaseXmlBasicType.h"
 #include "ZrXmlBasicType.h"
+#include "ZrXmlBaseVariableCompoundType.h"
 #include "ZrXmlCompoundType.h"
 #include "ZrXmlEnumType.h"
 #include "ZrXmlMapType.h"
@@ -17,6 +18,10 @@ ZrXmlObjectVisitor::~ZrXmlObjectVisitor() = default;
 void ZrXmlObjectVisitor::visit(const ZrXmlObject*) {}
 
 void ZrXmlObjectVisitor::visit(const ZrXmlCompoundType* compound) { visit(static_cast<const ZrXmlObject*>(compound)); }
+
+void ZrXmlObjectVisitor::visit(const ZrXmlBaseVariableCompoundType* compound) {
+  visit(static_cast<const ZrXmlObject*>(compound));
+}
 
 void ZrXmlObjectVisitor::visit(const ZrBaseXmlBasicType* value) { visit(static_cast<const ZrXmlObject*>(value)); }
 

@@ -11,6 +11,7 @@
 
 class ZrXmlObject;
 class ZrXmlCompoundType;
+class ZrXmlBaseVariableCompoundType;
 class ZrBaseXmlBasicType;
 template <class T>
 class ZrXmlBasicType;
@@ -32,6 +33,7 @@ class ZrXmlPairType;
 // overload's default forwards to the overload of the next more general class:
 //   ZrXmlBasicType<T>, ZrXmlEnumType<T>  ->  ZrBaseXmlBasicType  ->  ZrXmlObject
 //   ZrXmlCompoundType                    ->  ZrXmlObject
+//   ZrXmlBaseVariableCompoundType        ->  ZrXmlObject
 //   ZrXmlVector, ZrXmlOrientation, ZrXmlVectorVector  ->  ZrXmlObject
 //   ZrXmlVectorType<E>, ZrXmlSetType<E>, ZrXmlMapType<K,V>, ZrXmlPairType<F,S>
 //                                        ->  visitContainer(container, walk)  ->  ZrXmlObject
@@ -54,6 +56,7 @@ class ZrXmlObjectVisitor {
 
   virtual void visit(const ZrXmlObject* object);
   virtual void visit(const ZrXmlCompoundType* compound);
+  virtual void visit(const ZrXmlBaseVariableCompoundType* compound);
   virtual void visit(const ZrBaseXmlBasicType* value);
 
   virtual void visit(const ZrXmlBasicType<bool>* value);
