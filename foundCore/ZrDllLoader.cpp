@@ -22,7 +22,9 @@ bool isRegularFile(const std::string& path) {
 }
 
 // Splits a colon-separated list, dropping empty entries: an empty entry would otherwise mean the
-// current directory, which is exactly the kind of implicit place the search path keeps out.
+// current directory, which is exactly the kind of implicit place the search path keeps out. Relative
+// entries are dropped for the same reason, with a message, since they too name a place that moves
+// with the working directory.
 void appendPathList(const char* list, std::vector<std::string>& out) {
   if (!list) return;
   std::string text(list);
@@ -30,7 +32,15 @@ void appendPathList(const char* list, std::vector<std::string>& out) {
   while (start <= text.size()) {
     size_t colon = text.find(':', start);
     if (colon == std::string::npos) colon = text.size();
-    if (colon > start) out.push_back(text.substr(start, colon - start));
+    if (colon > start) {
+      std::string directory = text.substr(start, colon - start);
+      if (directory[0] == '/')
+        out.push_back(directory);
+      else
+        Zr::Print::instance().write(Zr::PrintPluginError,
+                                    "ZrDllLoader Warning: relative directory in %s ignored.\n\tDirectory: %s\n",
+                                    ZrDllLoader::m_thePluginPathVariable, directory.c_str());
+    }
     start = colon + 1;
   }
 }

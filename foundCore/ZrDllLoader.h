@@ -8,7 +8,8 @@
 //
 // The names come from documents, so loading is confined: a library is looked up only in the
 // directories the application puts on the search path (setSearchPath, addSearchDirectory) and then
-// in those of the environment variable ZR_PLUGIN_PATH (colon-separated), in that order. A name holding
+// in those of the environment variable ZR_PLUGIN_PATH (colon-separated, absolute directories only:
+// empty and relative entries are ignored), in that order. A name holding
 // a path separator ('/' or '\\') or ".." is refused, so a document cannot reach outside those
 // directories. Refusals and libraries that are found but do not load are reported through Zr::Print
 // with print type 5; a name found nowhere is not reported (callers try several names and pass over

@@ -11,7 +11,10 @@ const zrxml::Command theCommands[] = {
      zrxml::checkCommand},
     {"events", "FILE", "print one line per event: line, mode, kind, element, attributes, content",
      zrxml::eventsCommand},
-    {"demo", "[FILE]", "read a robot-cell document (default: the sample) and write it back; --values lists it", zrxml::demoCommand},
+    {"demo", "[FILE]",
+     "read a robot-cell document (default: the sample) and write it back; --values lists it; --formula "
+     "reads, prints and evaluates a formula",
+     zrxml::demoCommand},
 };
 
 void printUsage() {

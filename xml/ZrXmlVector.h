@@ -1,0 +1,70 @@
+#ifndef ZR_XML_VECTOR_H
+#define ZR_XML_VECTOR_H
+
+#include <ZrVector.h>
+#include <ZrXmlObject.h>
+
+#include <istream>
+#include <ostream>
+
+class ZrXmlVectorVector;
+
+// A three-component vector as an XML object. Its components are attributes of one element:
+//   <position x="1" y="2.5" z="0"/>
+// Reading asks for exactly three attributes. A different count is reported and makes read() false,
+// but every x, y or z attribute that is present is still taken, and a component without an attribute
+// keeps its earlier value. Each attribute is also checked by its position: when the component at that
+// position (first x, then y, then z) is exactly 0.0 after the attribute was taken while the text does
+// not begin with '0', the text was not a number and read() is false. A zero written "-0" or ".0" fails
+// that check too; the writer never produces those forms.
+class ZrXmlVector : public ZrXmlObject {
+ public:
+  ZrXmlVector() = default;
+  ZrXmlVector(const ZrVector& value);  // NOLINT: implicit, so that members can be initialised from vectors
+  ZrXmlVector(double x, double y, double z);
+  ZrXmlVector(const ZrXmlVector& other) = default;
+  ZrXmlVector& operator=(const ZrXmlVector& other) = default;
+  ZrXmlVector& operator=(const ZrVector& value);
+  ~ZrXmlVector() override;
+
+  void accept(ZrXmlObjectVisitor* visitor) const override;
+  ZrXmlObject* clone() const override;
+  ZrBoolean read(ZrXmlReader& reader) override;
+  ZrBoolean write(ZrXmlWriter& writer) const override;
+  ZrBoolean writeSchema(ZrXmlSchema& schema) const override;
+  ZrBoolean equality(const ZrXmlObject* other) const override;
+  ZrXmlObject* newObject() const override;
+  ZrToken token() const override;
+
+  const ZrVector& value() const { return m_theValue; }
+  ZrVector& value() { return m_theValue; }
+  // Giving a value marks the object specified.
+  void setValue(const ZrVector& value);
+  void set(double x, double y, double z);
+  double x() const { return m_theValue.x(); }
+  double y() const { return m_theValue.y(); }
+  double z() const { return m_theValue.z(); }
+  operator const ZrVector&() const { return m_theValue; }
+
+  bool operator==(const ZrXmlVector& other) const { return m_theValue == other.m_theValue; }
+  bool operator!=(const ZrXmlVector& other) const { return !(*this == other); }
+  bool operator<(const ZrXmlVector& other) const { return m_theValue < other.m_theValue; }
+
+  // The raw binary form: x, y and z as native 8-byte reals, 24 bytes without a header. Both return
+  // true whatever the stream's state; a short read leaves the missing components 0.0.
+  ZrBoolean writeBin(std::ostream& out) const;
+  ZrBoolean readBin(std::istream& in);
+
+  static ZrXmlVector nullObject();
+  static const ZrToken& classToken();
+
+  // Writes an array of vectors as a plain text file: the file's base name (no directory, no
+  // extension), "=[...", then one line per vector with x, y and z in "%.16e " each, then "]".
+  // False when the file cannot be opened.
+  static ZrBoolean dump(const ZrXmlVectorVector& vectors, const char* filename);
+
+ private:
+  ZrVector m_theValue;
+};
+
+#endif
