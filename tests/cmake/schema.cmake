@@ -16,3 +16,15 @@ foreach(src ${ZR_SCHEMA_TEST_SOURCES})
     target_compile_definitions(${name} PRIVATE ZR_XMLLINT="${ZR_XMLLINT}" ZR_PLUGIN_BUILD_DIR="${ZR_PLUGIN_BUILD_DIR}")
   endif()
 endforeach()
+
+# zrxml schema writes both example schemas into the directory given, and refuses a missing directory.
+if(TARGET zrxml)
+  file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/schemas)
+  add_test(NAME zrxml.schemaWritesTheExampleSchemas
+           COMMAND ${CMAKE_COMMAND} -DTOOL=$<TARGET_FILE:zrxml> "-DARGS=schema;${CMAKE_CURRENT_BINARY_DIR}/schemas"
+                   -DEXPECTED=0 "-DOUTPUT_REGEX=robotCell\\.cell\\.xsd\n.*formula\\.cell\\.xsd"
+                   -P ${PROJECT_SOURCE_DIR}/tools/expectExit.cmake)
+  add_test(NAME zrxml.schemaRefusesAMissingDirectory
+           COMMAND ${CMAKE_COMMAND} -DTOOL=$<TARGET_FILE:zrxml> "-DARGS=schema;${CMAKE_CURRENT_BINARY_DIR}/nothere"
+                   -DEXPECTED=2 -P ${PROJECT_SOURCE_DIR}/tools/expectExit.cmake)
+endif()
