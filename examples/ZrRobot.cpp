@@ -22,6 +22,10 @@ void ZrRobot::registerComponents() {
   registerComponent(ZrCell::element("shoulder"), &m_theShoulder);
   registerComponent(ZrCell::element("elbow"), &m_theElbow);
   registerComponent(ZrCell::element("wrist"), &m_theWrist);
+  registerComponent(ZrCell::element("base"), &m_theBase);
+  registerComponent(ZrCell::element("tool"), &m_theTool);
+  registerComponent(ZrCell::element("path"), &m_thePath);
+  registerComponent(ZrCell::element("workspace"), &m_theWorkspace);
 }
 
 ZrBoolean ZrRobot::equality(const ZrXmlObject* other) const {
@@ -29,7 +33,9 @@ ZrBoolean ZrRobot::equality(const ZrXmlObject* other) const {
   return robot && m_theName == robot->m_theName && m_theSerial == robot->m_theSerial &&
          m_theMode == robot->m_theMode && m_theMass == robot->m_theMass && m_thePayload == robot->m_thePayload &&
          m_thePriority == robot->m_thePriority && m_theShoulder.equality(&robot->m_theShoulder) &&
-         m_theElbow.equality(&robot->m_theElbow) && m_theWrist.equality(&robot->m_theWrist);
+         m_theElbow.equality(&robot->m_theElbow) && m_theWrist.equality(&robot->m_theWrist) &&
+         m_theBase == robot->m_theBase && m_theTool == robot->m_theTool && m_thePath == robot->m_thePath &&
+         m_theWorkspace == robot->m_theWorkspace;
 }
 
 ZrToken ZrRobot::token() const { return ZrCell::element("robot"); }

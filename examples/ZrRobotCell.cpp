@@ -16,6 +16,10 @@ void ZrRobotCell::registerComponents() {
   registerComponent(ZrCell::element("operators"), &m_theOperators);
   registerComponent(ZrCell::element("loader"), &m_theLoader);
   registerComponent(ZrCell::element("welder"), &m_theWelder);
+  registerComponent(ZrCell::element("parameters"), &m_theParameters);
+  registerComponent(ZrCell::element("stations"), &m_theStations);
+  registerComponent(ZrCell::element("shifts"), &m_theShifts);
+  registerComponent(ZrCell::element("speedProfiles"), &m_theSpeedProfiles);
 }
 
 ZrBoolean ZrRobotCell::equality(const ZrXmlObject* other) const {
@@ -23,5 +27,7 @@ ZrBoolean ZrRobotCell::equality(const ZrXmlObject* other) const {
   return cell && m_theVersion == cell->m_theVersion && m_theName == cell->m_theName &&
          m_theCycleTime == cell->m_theCycleTime && m_theEnabled == cell->m_theEnabled &&
          m_theOperators == cell->m_theOperators && m_theLoader.equality(&cell->m_theLoader) &&
-         m_theWelder.equality(&cell->m_theWelder);
+         m_theWelder.equality(&cell->m_theWelder) && m_theParameters == cell->m_theParameters &&
+         m_theStations == cell->m_theStations && m_theShifts == cell->m_theShifts &&
+         m_theSpeedProfiles == cell->m_theSpeedProfiles;
 }

@@ -4,6 +4,7 @@
 #include "ZrXmlObjectVisitor.h"
 #include "ZrXmlReader.h"
 #include "ZrXmlSchema.h"
+#include "ZrXmlVector.h"
 #include "ZrXmlWriter.h"
 
 #include <cstdlib>
@@ -72,9 +73,10 @@ ZrBoolean ZrXmlOrientation::read(ZrXmlReader& reader) {
 
 ZrBoolean ZrXmlOrientation::write(ZrXmlWriter& writer) const {
   const ZrBoolean result = ZrXmlObject::write(writer);
+  ZrXmlVector::RealWriter reals(writer);
   for (ZrU32 index = 0; index < componentCount; ++index) {
     writer.setAttributeName(*componentTokens[index]);
-    writer << m_theValue.q(static_cast<int>(index));
+    reals.write(m_theValue.q(static_cast<int>(index)));
   }
   return result;
 }

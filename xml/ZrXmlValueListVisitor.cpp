@@ -4,6 +4,25 @@
 #include "ZrXmlBasicType.h"
 #include "ZrXmlCompoundType.h"
 #include "ZrXmlEnumType.h"
+#include "ZrXmlOrientation.h"
+#include "ZrXmlVector.h"
+#include "ZrXmlVectorVector.h"
+
+#include <string>
+
+namespace {
+
+// Reals in their document text form, separated by blanks.
+std::string realsText(std::initializer_list<double> reals) {
+  std::string text;
+  for (double real : reals) {
+    if (!text.empty()) text += ' ';
+    text += ZrXmlBasicType<double>(real).text();
+  }
+  return text;
+}
+
+}  // namespace
 
 ZrXmlValueListVisitor::ZrXmlValueListVisitor(std::ostream& out, const std::string& rootName)
     : m_theOut(out), m_thePath(rootName), m_theDepth(0) {}
@@ -63,3 +82,38 @@ ZR_LIST_ENUM(ZrNonNegReal)
 
 #undef ZR_LIST_BASIC
 #undef ZR_LIST_ENUM
+
+// Nested containers are bounded by their types, not by the document, so they need no depth guard.
+void ZrXmlValueListVisitor::visitContainer(const ZrXmlObject*, const ElementWalk& walk) {
+  const std::string::size_type parentLength = m_thePath.size();
+  ZrU32 index = 0;
+  walk([this, parentLength, &index](const ZrToken& role, const ZrXmlObject& element) {
+    const std::string& name = role.tokenText();
+    if (name == ZrXml::ZrElementToken.tokenText()) {
+      m_thePath += "[" + std::to_string(index++) + "]";
+    } else if (name == ZrXml::ZrKeyToken.tokenText() || name == ZrXml::ZrValueToken.tokenText()) {
+      m_thePath += "[" + std::to_string(index) + "]/" + name;
+      if (name == ZrXml::ZrValueToken.tokenText()) ++index;
+    } else {
+      m_thePath += "/" + name;
+    }
+    element.accept(this);
+    m_thePath.resize(parentLength);
+  });
+}
+
+void ZrXmlValueListVisitor::visit(const ZrXmlVector* value) { line(realsText({value->x(), value->y(), value->z()})); }
+
+void ZrXmlValueListVisitor::visit(const ZrXmlOrientation* value) {
+  line(realsText({value->q0(), value->q1(), value->q2(), value->q3()}));
+}
+
+void ZrXmlValueListVisitor::visit(const ZrXmlVectorVector* value) {
+  const std::string::size_type parentLength = m_thePath.size();
+  for (ZrU32 index = 0; index < value->size(); ++index) {
+    const ZrVector& vector = (*value)[index];
+    m_thePath += "[" + std::to_string(index) + "]";
+    line(realsText({vector.x(), vector.y(), vector.z()}));
+    m_thePath.resize(parentLength);
+  }
+}

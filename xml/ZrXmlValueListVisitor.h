@@ -14,6 +14,14 @@
 //   robotCell/loader/shoulder/lower = -2.61799
 // Values appear in their document text form (enumerations by name). An object of a kind the visitor
 // does not know is listed by its class token in brackets.
+//
+// Containers are listed element by element: vector and set entries by their index in brackets, map
+// entries by index with their key and value, pairs by "first" and "second". Vectors and orientations
+// are one line of their components; an array of vectors is one line per vector:
+//   robotCell/stations[0] = 4
+//   robotCell/parameters[1]/key = weldCurrent
+//   robotCell/loader/base = 0 -1.2 0.4
+//   robotCell/loader/path[2] = 0.6 0.4 0.9
 class ZrXmlValueListVisitor : public ZrXmlObjectVisitor {
  public:
   // Nesting deeper than this is reported and not followed: a compound that registers itself, directly
@@ -48,6 +56,11 @@ class ZrXmlValueListVisitor : public ZrXmlObjectVisitor {
   void visit(const ZrXmlEnumType<unsigned int>* value) override;
   void visit(const ZrXmlEnumType<unsigned char>* value) override;
   void visit(const ZrXmlEnumType<ZrNonNegReal>* value) override;
+
+  void visitContainer(const ZrXmlObject* container, const ElementWalk& walk) override;
+  void visit(const ZrXmlVector* value) override;
+  void visit(const ZrXmlOrientation* value) override;
+  void visit(const ZrXmlVectorVector* value) override;
 
  private:
   void line(const std::string& text);

@@ -7,8 +7,10 @@
 #include "ZrXmlVectorVector.h"
 #include "ZrXmlWriter.h"
 
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
+#include <locale>
 #include <string>
 #include <typeinfo>
 
@@ -93,12 +95,13 @@ ZrBoolean ZrXmlVector::read(ZrXmlReader& reader) {
 
 ZrBoolean ZrXmlVector::write(ZrXmlWriter& writer) const {
   const ZrBoolean result = ZrXmlObject::write(writer);
+  RealWriter reals(writer);
   writer.setAttributeName(ZrXml::ZrVectorXToken);
-  writer << m_theValue.x();
+  reals.write(m_theValue.x());
   writer.setAttributeName(ZrXml::ZrVectorYToken);
-  writer << m_theValue.y();
+  reals.write(m_theValue.y());
   writer.setAttributeName(ZrXml::ZrVectorZToken);
-  writer << m_theValue.z();
+  reals.write(m_theValue.z());
   return result;
 }
 
@@ -157,4 +160,23 @@ ZrBoolean ZrXmlVector::dump(const ZrXmlVectorVector& vectors, const char* filena
   std::fputs("]\n", file);
   std::fclose(file);
   return true;
+}
+
+ZrXmlVector::RealWriter::RealWriter(ZrXmlWriter& writer)
+    : m_theWriter(writer),
+      m_theShortWay(writer.valueStream().flags() == (std::ios_base::dec | std::ios_base::skipws) &&
+                    writer.valueStream().width() == 0 && writer.valueStream().getloc() == std::locale::classic()),
+      m_thePrecision(static_cast<int>(writer.valueStream().precision())) {}
+
+void ZrXmlVector::RealWriter::write(double value) {
+  if (!m_theShortWay) {
+    m_theWriter << value;
+    return;
+  }
+  m_theWriter.type(typeid(double));
+  char digits[64];
+  const std::to_chars_result end =
+      std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, m_thePrecision);
+  m_theText.assign(digits, end.ptr);
+  m_theWriter.data(m_theText);
 }

@@ -6,8 +6,10 @@
 
 #include <istream>
 #include <ostream>
+#include <string>
 
 class ZrXmlVectorVector;
+class ZrXmlWriter;
 
 // A three-component vector as an XML object. Its components are attributes of one element:
 //   <position x="1" y="2.5" z="0"/>
@@ -62,6 +64,23 @@ class ZrXmlVector : public ZrXmlObject {
   // extension), "=[...", then one line per vector with x, y and z in "%.16e " each, then "]".
   // False when the file cannot be opened.
   static ZrBoolean dump(const ZrXmlVectorVector& vectors, const char* filename);
+
+  // Writes reals as `writer << value` does: the schema type of a double, then the text as data. The
+  // stream's formatting machinery is most of the cost of writing long arrays of reals; when the
+  // writer's value stream is in its default state (classic locale, default flags) its text equals
+  // printf's "%.<precision>g", which to_chars gives directly, so those reals skip the stream. Any
+  // other state keeps the stream. The state is looked at once, when the RealWriter is made.
+  class RealWriter {
+   public:
+    explicit RealWriter(ZrXmlWriter& writer);
+    void write(double value);
+
+   private:
+    ZrXmlWriter& m_theWriter;
+    bool m_theShortWay;
+    int m_thePrecision;
+    std::string m_theText;
+  };
 
  private:
   ZrVector m_theValue;

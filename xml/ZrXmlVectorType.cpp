@@ -8,12 +8,24 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <type_traits>
 
 namespace {
 const int startTagMode = 1;
 const int emptyElementMode = 3;
 const int contentMode = 4;
 const ZrU32 documentRootDepth = 1;  // a piecewise document with only its root open
+
+// Reals go the short way of ZrXmlVector::RealWriter, each after the base write that ZrXmlBasicType's
+// own write begins with.
+void writeReals(ZrXmlWriter& writer, const std::vector<ZrXmlBasicType<double>>& reals) {
+  ZrXmlVector::RealWriter realWriter(writer);
+  for (const ZrXmlBasicType<double>& real : reals) {
+    real.ZrXmlObject::write(writer);
+    realWriter.write(real.value());
+  }
+}
+
 }  // namespace
 
 long ZrXmlContainerReading::sizeAttribute(ZrXmlReader& reader) {
@@ -121,6 +133,13 @@ ZrBoolean ZrXmlVectorType<E>::write(ZrXmlWriter& writer) const {
 
 template <class E>
 void ZrXmlVectorType<E>::writeElements(ZrXmlWriter& writer, bool closeGroup) const {
+  if constexpr (std::is_same<E, ZrXmlBasicType<double>>::value) {
+    if (m_theElements.empty()) return;
+    writer.writeStartTagUsingParentNamespace(ZrXml::ZrGroupToken);
+    writeReals(writer, m_theElements);
+    if (closeGroup) writer.writeEndTag();
+    return;
+  }
   bool groupOpen = false;
   for (const E& element : m_theElements) writeElement(writer, element, groupOpen);
   if (groupOpen && closeGroup) writer.writeEndTag();

@@ -5,6 +5,7 @@
 #include "ZrXmlReader.h"
 #include "ZrXmlSchema.h"
 #include "ZrXmlSchemaElementType.h"
+#include "ZrXmlVector.h"
 #include "ZrXmlWriter.h"
 
 #include <algorithm>
@@ -70,14 +71,15 @@ ZrBoolean ZrXmlVectorVector::write(ZrXmlWriter& writer) const {
   const ZrBoolean result = ZrXmlObject::write(writer);
   writer.setAttributeName(ZrXml::ZrCountToken);
   writer << static_cast<unsigned int>(m_theVectors.size());
+  ZrXmlVector::RealWriter reals(writer);
   for (const ZrVector& vector : m_theVectors) {
     writer.writeStartTagUsingParentNamespace(ZrXml::ZrElementToken);
     writer.setAttributeName(ZrXml::ZrVectorXToken);
-    writer << vector.x();
+    reals.write(vector.x());
     writer.setAttributeName(ZrXml::ZrVectorYToken);
-    writer << vector.y();
+    reals.write(vector.y());
     writer.setAttributeName(ZrXml::ZrVectorZToken);
-    writer << vector.z();
+    reals.write(vector.z());
     writer.writeEndTag();
   }
   return result;
