@@ -30,18 +30,6 @@ std::string executableDirectory() {
   return text.substr(0, text.find_last_of('/'));
 }
 
-// Documents may name plug-ins only by name; the loader looks for them on its search path alone. The
-// tool adds the directory of its own plug-ins: the build tree's when it runs from the build tree,
-// otherwise the installed one, found relative to the installed binary.
-void addOwnPluginDirectory() {
-  const std::string directory = executableDirectory();
-  if (directory.empty()) return;
-  if (directory == ZR_TOOL_BUILD_DIR)
-    ZrDllLoader::addSearchDirectory(ZR_PLUGIN_BUILD_DIR);
-  else
-    ZrDllLoader::addSearchDirectory(directory + "/" ZR_PLUGIN_DIR_FROM_BINDIR);
-}
-
 // NAME=VALUE, the value a number in C notation.
 bool parseBinding(const char* text, ZrTerm::Bindings& bindings) {
   const char* equals = std::strchr(text, '=');
@@ -55,6 +43,18 @@ bool parseBinding(const char* text, ZrTerm::Bindings& bindings) {
 }
 
 }  // namespace
+
+// Documents may name plug-ins only by name; the loader looks for them on its search path alone. The
+// tool adds the directory of its own plug-ins: the build tree's when it runs from the build tree,
+// otherwise the installed one, found relative to the installed binary.
+void addOwnPluginDirectory() {
+  const std::string directory = executableDirectory();
+  if (directory.empty()) return;
+  if (directory == ZR_TOOL_BUILD_DIR)
+    ZrDllLoader::addSearchDirectory(ZR_PLUGIN_BUILD_DIR);
+  else
+    ZrDllLoader::addSearchDirectory(directory + "/" ZR_PLUGIN_DIR_FROM_BINDIR);
+}
 
 int demoCommand(int argc, char** argv, const PrintRouter& router) {
   bool listValues = false;

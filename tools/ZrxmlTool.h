@@ -29,6 +29,10 @@ struct Command {
 int checkCommand(int argc, char** argv, const PrintRouter& router);
 int eventsCommand(int argc, char** argv, const PrintRouter& router);
 int demoCommand(int argc, char** argv, const PrintRouter& router);
+int schemaCommand(int argc, char** argv, const PrintRouter& router);
+
+// Puts the directory of the tool's own plug-ins on the library's plug-in search path.
+void addOwnPluginDirectory();
 
 // Installs itself as the print sink while it lives: information (the tool's own output) goes to standard
 // output, everything else to standard error. Error-type messages that open a report (not the detail lines

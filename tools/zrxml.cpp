@@ -15,6 +15,7 @@ const zrxml::Command theCommands[] = {
      "read a robot-cell document (default: the sample) and write it back; --values lists it; --formula "
      "reads, prints and evaluates a formula",
      zrxml::demoCommand},
+    {"schema", "[DIR]", "write the XML Schema files of the example documents (robot cell, formula) into DIR", zrxml::schemaCommand},
 };
 
 void printUsage() {

@@ -89,10 +89,13 @@ ZrBoolean ZrXmlEnumType<T>::write(ZrXmlWriter& writer) const {
   return true;
 }
 
+// The names of the table are the only texts a document may hold.
 template <class T>
 ZrBoolean ZrXmlEnumType<T>::writeSchema(ZrXmlSchema& schema) const {
   ZrBoolean result = ZrXmlObject::writeSchema(schema);
-  if (result) schema.setType(typeid(std::string));
+  if (!result) return result;
+  schema.setType(typeid(std::string));
+  for (const NamedValue& entry : m_theNames) schema.addEnumeration(entry.second);
   return result;
 }
 

@@ -5,6 +5,7 @@
 #include <ZrPrint.h>
 #include <ZrXmlBaseVariableCompoundType.h>
 #include <ZrXmlReader.h>
+#include <ZrXmlSchema.h>
 #include <ZrXmlWriter.h>
 
 namespace {
@@ -85,6 +86,13 @@ ZrBoolean ZrOperationTerm::writeElements(ZrXmlWriter& writer) const {
     writer.writeEndTag();
   }
   return true;
+}
+
+// The schema describes the formula's terms once, as a choice; an operation's children repeat it.
+ZrBoolean ZrOperationTerm::writeSchema(ZrXmlSchema& schema) const {
+  const ZrBoolean result = ZrTerm::writeSchema(schema);
+  schema.repeatEnclosingChoice();
+  return result;
 }
 
 double ZrOperationTerm::evaluate(const Bindings& bindings) const {

@@ -51,6 +51,8 @@ class ZrOperationTerm : public ZrTerm {
   // Every child is an operand, created through the formula.
   ZrBoolean readValueFromSpecialToken(const ZrToken& token, ZrXmlReader& reader) override;
   ZrBoolean writeElements(ZrXmlWriter& writer) const override;
+  // Operands may be any term the formula knows, in any number.
+  ZrBoolean writeSchema(ZrXmlSchema& schema) const override;
 
   double evaluate(const Bindings& bindings) const override;
   void print(std::ostream& out) const override;
