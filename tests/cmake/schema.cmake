@@ -28,3 +28,12 @@ if(TARGET zrxml)
            COMMAND ${CMAKE_COMMAND} -DTOOL=$<TARGET_FILE:zrxml> "-DARGS=schema;${CMAKE_CURRENT_BINARY_DIR}/nothere"
                    -DEXPECTED=2 -P ${PROJECT_SOURCE_DIR}/tools/expectExit.cmake)
 endif()
+
+# The shipped samples are documents of the schemas that zrxml writes, as an outside validator sees them.
+if(TARGET zrxml AND ZR_XMLLINT)
+  set(dir ${CMAKE_CURRENT_BINARY_DIR}/sampleSchemas)
+  add_test(NAME zrxml.shippedSamplesValidateAgainstTheWrittenSchemas
+           COMMAND sh -c "mkdir -p '${dir}' && '$<TARGET_FILE:zrxml>' schema '${dir}' >/dev/null && \
+'${ZR_XMLLINT}' --noout --schema '${dir}/robotCell.cell.xsd' '${PROJECT_SOURCE_DIR}/samples/robotCell.xml' && \
+'${ZR_XMLLINT}' --noout --schema '${dir}/formula.cell.xsd' '${PROJECT_SOURCE_DIR}/examples/expression/formula.xml'")
+endif()

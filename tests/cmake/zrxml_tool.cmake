@@ -6,11 +6,11 @@ if(TARGET zrxml)
                      "-DOUTPUT_REGEX=${regex}" -P ${PROJECT_SOURCE_DIR}/tools/expectExit.cmake)
   endfunction()
   set(samples ${PROJECT_SOURCE_DIR}/samples)
-  zr_tool_test(checkSample 0 "robotCell.xml: ok, 73 events, 59 lines, 0 faults" check ${samples}/robotCell.xml)
+  zr_tool_test(checkSample 0 "robotCell.xml: ok, 142 events, 112 lines, 0 faults" check ${samples}/robotCell.xml)
   zr_tool_test(checkFaultySample 1 "NOT well formed, [0-9]+ events, 16 lines, 8 faults"
                check ${samples}/robotCellFaulty.xml)
   zr_tool_test(checkMissingFile 2 "nothere.xml: cannot be opened" check ${samples}/robotCell.xml ${samples}/nothere.xml)
-  zr_tool_test(eventsSample 0 "line 34: 3 empty element x=\"1.2\" y=\"0.4\" z=\"0.8\"" events ${samples}/robotCell.xml)
+  zr_tool_test(eventsSample 0 "line 26: 3 empty element x=\"0.5\" y=\"0\" z=\"1.2\"" events ${samples}/robotCell.xml)
   zr_tool_test(unknownCommand 64 "unknown command" frobnicate)
   # Include elements are followed: the included documents' events appear in place, named by their file.
   zr_tool_test(checkFollowsIncludes 0 "plant.xml: ok, 21 events, 9 lines, 0 faults" check ${samples}/plant.xml)
