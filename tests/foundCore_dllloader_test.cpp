@@ -63,17 +63,21 @@ TEST_F(ZrDllLoaderTest, ANameFoundNowhereFailsSilently) {
 }
 
 TEST_F(ZrDllLoaderTest, LoadsFromTheApplicationPathBeforeTheEnvironmentPath) {
-  ::setenv(ZrDllLoader::m_thePluginPathVariable, "::" ZR_TEST_PLUGIN_DIR_SECOND ":", 1);
+  // Empty entries are dropped silently, relative ones with a message: both would move with the working directory.
+  ::setenv(ZrDllLoader::m_thePluginPathVariable, "::relative/first:" ZR_TEST_PLUGIN_DIR_SECOND ":", 1);
+  ZrTest::PrintCapture capture;
   ZrDllLoader fromEnvironment;
   ASSERT_TRUE(fromEnvironment.loadDll("zrTestDllPlugin", ".zrp")) << fromEnvironment.lastError();
   EXPECT_EQ(answerOf(fromEnvironment), 2);
+  ASSERT_EQ(capture.count(), 1u) << capture.all();
+  EXPECT_TRUE(capture.contains("relative directory in ZR_PLUGIN_PATH ignored")) << capture.all();
 
   ZrDllLoader::addSearchDirectory(ZR_TEST_PLUGIN_DIR_FIRST);
   ZrDllLoader fromApplication;
   ASSERT_TRUE(fromApplication.loadDll("zrTestDllPlugin", ".zrp"));
   EXPECT_EQ(answerOf(fromApplication), 1);
   EXPECT_EQ(fromApplication.loadedPath(), ZR_TEST_PLUGIN_DIR_FIRST "/zrTestDllPlugin.zrp");
-  ZrTest::PrintCapture capture;
+  capture.clear();
   EXPECT_EQ(fromApplication.getFunction("getCreator"), nullptr);  // a missing entry point is silent here
   EXPECT_EQ(capture.count(), 0u);
 }

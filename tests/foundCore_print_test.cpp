@@ -23,10 +23,4 @@ TEST(ZrPrint, StreamIsHeadedBySignatureAndEmittedOnceAtStatementEnd) {
   EXPECT_EQ(capture.messages()[0].second, "void f(int)\npiece 1, piece 2.5\n");
 }
 
-TEST(ZrPrint, TypeNamesAreDistinct) {
-  EXPECT_STREQ(Zr::Print::typeName(Zr::PrintError), "error");
-  EXPECT_STREQ(Zr::Print::typeName(Zr::PrintSizeWarning), "size warning");
-  EXPECT_STREQ(Zr::Print::typeName(Zr::PrintPluginError), "plug-in error");
-}
-
 }  // namespace

@@ -1,15 +1,20 @@
-// Text forms of the single-value types: how each type turns text into a value and a value into text.
+// Single values and enumerations: how text becomes a value and a value text, round trips as element
+// content and as attribute values, the documented loss of reals, and the faults of reading.
+#include <ZrTestDocument.h>
+#include <ZrTestSupport.h>
 #include <ZrXmlBasicType.h>
-#include <ZrXmlWriter.h>
+#include <ZrXmlEnumType.h>
 #include <gtest/gtest.h>
 
 #include <climits>
 #include <limits>
-#include <sstream>
 #include <string>
 #include <vector>
 
 namespace {
+
+using ZrTest::readRoot;
+using ZrTest::written;
 
 template <class T>
 struct ParseCase {
@@ -33,7 +38,7 @@ TEST(ZrXmlBasicTypeText, CLibraryConversionsIgnoreTheRestAndGiveZeroWithoutNumbe
 
 TEST(ZrXmlBasicTypeText, StreamExtractionFollowsTheStreamRules) {
   // A failed extraction of a number stores zero, an out-of-range one the nearest limit; text with
-  // nothing to extract leaves the value as it was.
+  // nothing to extract leaves the value as it was. A byte is a number, a string is kept as it stands.
   expectParses<unsigned int>({{"42", 42u}, {" 13 ", 13u}, {"x", 0u}, {"7.9", 7u}, {"", 9u}}, 9u);
   expectParses<short>({{"-5", short(-5)}, {"40000", short(SHRT_MAX)}, {"x", short(0)}}, short(9));
   expectParses<unsigned short>({{"65535", (unsigned short)65535}, {"x", (unsigned short)0}}, (unsigned short)9);
@@ -42,9 +47,6 @@ TEST(ZrXmlBasicTypeText, StreamExtractionFollowsTheStreamRules) {
   expectParses<ZrAngle>({{"1.25rad", ZrAngle(1.25)}, {"x", ZrAngle(0.0)}}, ZrAngle(3.0));
   expectParses<ZrNonNegReal>({{"2.5", ZrNonNegReal(2.5)}, {"-3", ZrNonNegReal(0.0)}, {"nan", ZrNonNegReal(0.0)}},
                              ZrNonNegReal(7.0));
-}
-
-TEST(ZrXmlBasicTypeText, ByteIsANumberAndStringIsKeptAsItStands) {
   expectParses<unsigned char>({{"65", 65}, {"", 0}, {"300", 44}, {"x", 0}}, 9);
   expectParses<std::string>({{"  a b  ", "  a b  "}, {"", ""}}, "old");
 }
@@ -70,20 +72,93 @@ std::string writtenText(const T& value) {
   return writer.texts.size() == 1 ? writer.texts.front() : "(not one text)";
 }
 
+// The forms in which a value differs from what the writer's stream alone would make of it.
 TEST(ZrXmlBasicTypeText, WrittenForms) {
   EXPECT_EQ(writtenText(true), "1");
   EXPECT_EQ(writtenText<unsigned char>(65), "65");
-  EXPECT_EQ(writtenText('A'), "A");
   EXPECT_EQ(writtenText('\0'), "");
-  EXPECT_EQ(writtenText<short>(-32768), "-32768");
-  EXPECT_EQ(writtenText(4000000000u), "4000000000");
   EXPECT_EQ(writtenText(std::string(" a b ")), " a b ");
-  EXPECT_EQ(writtenText(ZrAngle(1.5)), "1.5");
-  EXPECT_EQ(writtenText(ZrNonNegReal(2.0)), "2");
-  // The writer's stream defaults: six significant digits.
-  EXPECT_EQ(writtenText(3.14159265), "3.14159");
-  EXPECT_EQ(writtenText(123456789.0), "1.23457e+08");
   EXPECT_EQ(writtenText(0.1 + 0.2), "0.3");
+}
+
+// Values whose text form holds them exactly (six significant digits for reals).
+template <class T>
+std::vector<T> samples();
+template <> std::vector<bool> samples() { return {false, true}; }
+template <> std::vector<char> samples() { return {'A', 'z', '~', '='}; }
+template <> std::vector<short> samples() { return {0, SHRT_MIN, SHRT_MAX, -1}; }
+template <> std::vector<unsigned short> samples() { return {0, USHRT_MAX, 42}; }
+template <> std::vector<int> samples() { return {0, INT_MIN, INT_MAX, -7}; }
+template <> std::vector<unsigned int> samples() { return {0u, UINT_MAX, 7u}; }
+template <> std::vector<unsigned char> samples() { return {0, 65, 255}; }
+template <> std::vector<double> samples() { return {0.0, -1.5, 3.14159, 1e-07, 1.23457e+08, -0.0}; }
+template <> std::vector<std::string> samples() { return {"", "hello world", "a\tb", "x"}; }
+template <> std::vector<ZrAngle> samples() { return {ZrAngle(0.0), ZrAngle(-3.14159), ZrAngle(6.28319)}; }
+template <> std::vector<ZrNonNegReal> samples() { return {ZrNonNegReal(0.0), ZrNonNegReal(2.5), ZrNonNegReal(1e+06)}; }
+
+template <class T>
+class ZrXmlBasicRoundTrip : public ::testing::Test {};
+
+typedef ::testing::Types<bool, char, short, unsigned short, int, unsigned int, unsigned char, double, std::string,
+                         ZrAngle, ZrNonNegReal>
+    AllBasicTypes;
+TYPED_TEST_SUITE(ZrXmlBasicRoundTrip, AllBasicTypes);
+
+TYPED_TEST(ZrXmlBasicRoundTrip, ValueComesBackUnchanged) {
+  ZrTest::PrintCapture capture;
+  for (bool asAttribute : {false, true}) {
+    for (const TypeParam& value : samples<TypeParam>()) {
+      const std::string text = written(ZrXmlBasicType<TypeParam>(value), asAttribute ? "a" : "");
+      ZrXmlBasicType<TypeParam> back;
+      EXPECT_TRUE(readRoot(text, back, nullptr, asAttribute)) << text;
+      EXPECT_TRUE(back == ZrXmlBasicType<TypeParam>(value)) << text;
+      EXPECT_TRUE(back.specified());
+    }
+  }
+  EXPECT_EQ(capture.count(), 0u) << capture.all();
+}
+
+// The documented loss: reals keep six significant digits (angles and masses are reals too).
+TEST(ZrXmlBasicRoundTripLoss, RealsKeepSixSignificantDigits) {
+  struct Case {
+    double written, read;
+  } cases[] = {{3.14159265, 3.14159}, {123456789.0, 1.23457e+08}, {2.0 / 3.0, 0.666667}, {1.0000004, 1.0}};
+  for (const Case& c : cases) {
+    for (const char* attribute : {"", "a"}) {
+      ZrXmlBasicType<double> real;
+      readRoot(written(ZrXmlBasicType<double>(c.written), attribute), real, nullptr, *attribute);
+      EXPECT_EQ(real.value(), c.read) << c.written;
+      ZrXmlBasicType<ZrNonNegReal> mass;
+      readRoot(written(ZrXmlBasicType<ZrNonNegReal>(ZrNonNegReal(c.written)), attribute), mass, nullptr, *attribute);
+      EXPECT_EQ(mass.value().value(), c.read) << c.written;
+    }
+  }
+}
+
+TEST(ZrXmlBasicRead, ElementShapesAndMissingAttribute) {
+  const std::string at = ".\n\tFile: doc.xml\n\tLine: ";
+  struct Case {
+    const char* text;
+    bool asAttribute, result;
+    double value;
+    std::string message;  // the first one
+  } cases[] = {
+      {"<v/>", false, true, 0.0, ""},
+      {"<v></v>", false, true, 0.0, ""},
+      {"<v>\n 1.5 m </v>", false, true, 1.5, ""},
+      {"<v>\n<w>2</w></v>", false, false, 0.0, "ZrXmlBasicType Error: file not valid.\n\tNo data found" + at + "2\n"},
+      {"<v/>", true, true, 0.0, "ZrXmlBasicType Error: file not valid.\n\tNo attributes found" + at + "1\n"},
+  };
+  for (const Case& c : cases) {
+    ZrTest::PrintCapture capture;
+    ZrXmlBasicType<double> value(9.0);
+    EXPECT_EQ(readRoot(c.text, value, nullptr, c.asAttribute), c.result) << c.text;
+    EXPECT_EQ(value.value(), c.value) << c.text;
+    EXPECT_EQ(capture.count() == 0 ? "" : capture.texts().front(), c.message) << c.text;
+  }
+  ZrXmlBasicType<std::string> text("old");
+  EXPECT_TRUE(readRoot("<v/>", text));
+  EXPECT_EQ(text.value(), "");
 }
 
 TEST(ZrXmlBasicTypeValue, EqualityNeedsTheSameDynamicTypeAndValue) {
@@ -95,8 +170,67 @@ TEST(ZrXmlBasicTypeValue, EqualityNeedsTheSameDynamicTypeAndValue) {
   EXPECT_FALSE(i.equality(nullptr));
   ZrXmlBasicType<double> nan(std::numeric_limits<double>::quiet_NaN());
   EXPECT_FALSE(nan.equality(&nan));
-  EXPECT_TRUE(ZrXmlBasicType<int>().equalsDefault());
-  EXPECT_EQ(ZrXmlBasicType<double>::nullObject().value(), 0.0);
+}
+
+ZrXmlEnumType<int> oneTwo(int value) { return ZrXmlEnumType<int>(value, {{1, "one"}, {2, "two"}}); }
+
+std::string writtenName(const ZrXmlEnumType<int>& object) {
+  const std::string text = written(object, "n");
+  const std::string::size_type open = text.find("n=\"") + 3;
+  return text.substr(open, text.find('"', open) - open);
+}
+
+TEST(ZrXmlEnumType, WritesTheFirstNameOfTheValueOrElseTheTablesFirstName) {
+  struct Case {
+    int value;
+    const char* name;
+  } cases[] = {{1, "one"}, {2, "two"}, {3, "one"}, {0, "one"}};
+  for (const Case& c : cases) EXPECT_EQ(writtenName(oneTwo(c.value)), c.name) << c.value;
+  EXPECT_EQ(ZrXmlEnumType<short>(3).enumString(), "") << "an empty table has no name to give";
+}
+
+TEST(ZrXmlEnumType, ANameIsAddedOnceAValueMayHaveSeveral) {
+  ZrXmlEnumType<int> e = oneTwo(1);
+  e.setEnumString(5, "one");  // known name: nothing changes
+  e.setEnumString(1, "uno");  // a second name for 1; "one" is still written
+  ASSERT_EQ(e.names().size(), 3u);
+  EXPECT_EQ(e.names()[0].first, 1);
+  EXPECT_EQ(writtenName(e), "one");
+  ZrXmlEnumType<int> copy(e);
+  copy.setValueFromString("uno");
+  EXPECT_EQ(copy.value(), 1) << "a copy keeps the table";
+  const ZrXmlEnumType<unsigned> otherType(1u);
+  EXPECT_FALSE(e.equality(&otherType));
+}
+
+TEST(ZrXmlEnumType, ReadsKnownNamesExactlyAndFailsSilentlyOnOthers) {
+  const std::string noData = "ZrXmlEnumType Error: file not valid.\n\tNo data found.\n\tFile: doc.xml\n\tLine: 1\n";
+  struct Case {
+    const char* text;
+    bool asAttribute, result;
+    int value;
+    const std::string message;  // the first message, after the signature line
+  } cases[] = {
+      {"<e> two </e>", false, true, 2, ""},   {"<e a='two'/>", true, true, 2, ""},
+      {"<e>Two</e>", false, false, 7, ""},    {"<e a='two '/>", true, false, 7, ""},
+      {"<e/>", false, false, 7, ""},          {"<e><x/></e>", false, false, 7, noData},
+      {"<e/>", true, false, 7, noData},
+  };
+  for (const Case& c : cases) {
+    ZrTest::PrintCapture capture;
+    ZrXmlEnumType<int> e = oneTwo(7);
+    EXPECT_EQ(readRoot(c.text, e, nullptr, c.asAttribute), c.result) << c.text;
+    EXPECT_EQ(e.value(), c.value) << c.text;
+    if (c.message.empty()) {
+      EXPECT_EQ(capture.count(), 0u) << c.text << capture.all();
+      continue;
+    }
+    // Headed by the reading function's signature.
+    ASSERT_GE(capture.count(), 1u) << c.text;
+    const std::string first = capture.texts().front();
+    EXPECT_NE(first.find(c.asAttribute ? "::readAttribute(" : "::read("), std::string::npos) << first;
+    EXPECT_EQ(ZrTest::withoutSignature(first), c.message) << first;
+  }
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // Container faults and operations: size mismatches, map and pair format errors, erase bounds, and
 // piecewise stream writing.
+#include <ZrTestDocument.h>
 #include <ZrTestSupport.h>
 #include <ZrXmlMapType.h>
 #include <ZrXmlPairType.h>
@@ -20,22 +21,8 @@ namespace {
 
 #define B(T) ZrXmlBasicType<T>
 
-const char* const fileName = "faults.xml";
-
-// Reads text's root element into object, then reads the rest of the document away.
-template <class Object>
-ZrBoolean readRoot(const std::string& text, Object& object) {
-  std::istringstream in(text);
-  ZrXmlReader reader(fileName, in);
-  reader.readXml();
-  const ZrBoolean result = object.read(reader);
-  while (reader.readXml() != 0) {
-  }
-  return result;
-}
-
-// The message without the signature line that heads stream messages.
-std::string body(const std::string& message) { return message.substr(message.find('\n') + 1); }
+using ZrTest::readRoot;
+using ZrTest::withoutSignature;
 
 std::vector<unsigned> values(const ZrXmlVectorType<B(unsigned int)>& vector) {
   std::vector<unsigned> result;
@@ -54,14 +41,14 @@ TEST(ZrXmlContainerSize, MismatchIsAWarningAndKeepsWhatWasRead) {
       {"<v/>", {}, ""},
       {"<v size='3'><group>1 2</group></v>", {1, 2},
        "ZrXmlVectorType Error: array size not equal to attribute value -- 3, actual -- 2\n"
-       "Filename: faults.xml, Line count: 1\n"},
+       "Filename: doc.xml, Line count: 1\n"},
       // Without "size" the expected count is 0; "element" children are read whatever their names.
       {"<v>\n<element>4</element>\n<e>5</e>\n</v>", {4, 5},
        "ZrXmlVectorType Error: array size not equal to attribute value -- 0, actual -- 2\n"
-       "Filename: faults.xml, Line count: 4\n"},
+       "Filename: doc.xml, Line count: 4\n"},
       {"<v size='1'><group>1</group><group>2 3</group></v>", {1, 2, 3},
        "ZrXmlVectorType Error: array size not equal to attribute value -- 1, actual -- 3\n"
-       "Filename: faults.xml, Line count: 1\n"},
+       "Filename: doc.xml, Line count: 1\n"},
   };
   for (const Case& c : cases) {
     ZrTest::PrintCapture capture;
@@ -71,7 +58,7 @@ TEST(ZrXmlContainerSize, MismatchIsAWarningAndKeepsWhatWasRead) {
     ASSERT_EQ(capture.count(), *c.warning ? 1u : 0u) << c.text << capture.all();
     if (*c.warning) {
       EXPECT_EQ(capture.messages()[0].first, Zr::PrintSizeWarning);
-      EXPECT_EQ(body(capture.texts()[0]), c.warning);
+      EXPECT_EQ(withoutSignature(capture.texts()[0]), c.warning);
     }
   }
 }
@@ -95,7 +82,7 @@ TEST(ZrXmlContainerSize, SetCountsDuplicates) {
   } cases[] = {
       {"<s size='3'><group>3 1 3</group></s>", {1, 3}, ""},
       {"<s size='2'><group>3 1 3</group></s>", {1, 3},
-       "ZrXmlSetType Error: set size not equal to attribute value -- 2, actual -- 3\nFilename: faults.xml, Line count: 1\n"},
+       "ZrXmlSetType Error: set size not equal to attribute value -- 2, actual -- 3\nFilename: doc.xml, Line count: 1\n"},
       {"<s size='2'><element>5</element><element>5</element></s>", {5}, ""},
   };
   for (const Case& c : cases) {
@@ -105,12 +92,12 @@ TEST(ZrXmlContainerSize, SetCountsDuplicates) {
     std::set<unsigned> held;
     for (const auto& element : set.setContainer()) held.insert(element.value());
     EXPECT_EQ(held, c.held) << c.text;
-    EXPECT_EQ(capture.count() ? body(capture.texts()[0]) : "", c.warning) << c.text;
+    EXPECT_EQ(capture.count() ? withoutSignature(capture.texts()[0]) : "", c.warning) << c.text;
   }
 }
 
 TEST(ZrXmlMapRead, FormatFaultsStopTheReadAndKeepEarlierEntries) {
-  const std::string fault = "ZrXmlMapType Error: file not valid.\n\tKey map format not correct.\n\tFile: faults.xml\n\tLine: 1\n";
+  const std::string fault = "ZrXmlMapType Error: file not valid.\n\tKey map format not correct.\n\tFile: doc.xml\n\tLine: 1\n";
   const char* entryA = "<element><key>a</key><value>1</value></element>";
   struct Case {
     std::string text;
@@ -134,7 +121,7 @@ TEST(ZrXmlMapRead, FormatFaultsStopTheReadAndKeepEarlierEntries) {
     std::map<std::string, int> held;
     for (const auto& entry : map.mapContainer()) held[entry.first.value()] = entry.second.value();
     EXPECT_EQ(held, c.held) << c.text;
-    EXPECT_EQ(capture.count() ? body(capture.texts()[0]) : "", c.message) << c.text;
+    EXPECT_EQ(capture.count() ? withoutSignature(capture.texts()[0]) : "", c.message) << c.text;
   }
 }
 
@@ -159,9 +146,9 @@ TEST(ZrXmlPairRead, ChildrenInAnyOrderAndUnknownOnesSkipped) {
     EXPECT_EQ(pair.second().value(), c.second) << c.text;
     ASSERT_EQ(capture.count(), c.messages) << c.text << capture.all();
     if (c.messages) {
-      EXPECT_EQ(body(capture.texts()[0]),
-                "ZrXmlPairType Error: file not valid.\n\tFormat not correct.\n\tFile: faults.xml\n\tLine: 1\n");
-      EXPECT_EQ(body(capture.texts()[1]), "\tExpected first or second but received third.\n");
+      EXPECT_EQ(withoutSignature(capture.texts()[0]),
+                "ZrXmlPairType Error: file not valid.\n\tFormat not correct.\n\tFile: doc.xml\n\tLine: 1\n");
+      EXPECT_EQ(withoutSignature(capture.texts()[1]), "\tExpected first or second but received third.\n");
     }
   }
 }
@@ -187,7 +174,7 @@ TEST(ZrXmlVectorErase, BoundsAndMessages) {
     ZrXmlVectorType<B(unsigned int)> vector({0u, 1u, 2u, 3u, 4u});
     EXPECT_EQ(c.last == ~0u ? vector.erase(c.first) : vector.erase(c.first, c.last), c.result) << c.first;
     EXPECT_EQ(values(vector), c.left) << c.first << " " << c.last;
-    EXPECT_EQ(capture.count() ? body(capture.texts()[0]) : "", c.message) << c.first << " " << c.last;
+    EXPECT_EQ(capture.count() ? withoutSignature(capture.texts()[0]) : "", c.message) << c.first << " " << c.last;
     if (capture.count()) {
       EXPECT_EQ(capture.messages()[0].first, Zr::PrintError);
     }
@@ -283,10 +270,10 @@ TEST(ZrXmlRealText, RealsAreWrittenAsTheStreamWritesThem) {
   for (const auto& state : states) {
     std::ostringstream viaObjects, viaStream;
     ZrXmlWriter objects("a.xml", viaObjects), stream("a.xml", viaStream);
-    state(objects.valueStream());
-    state(stream.valueStream());
-    objects.writeStartTag(root);
-    stream.writeStartTag(root);
+    for (ZrXmlWriter* writer : {&objects, &stream}) {
+      state(writer->valueStream());
+      writer->writeStartTag(root);
+    }
     ZrXmlVectorType<ZrXmlBasicType<double>> values;
     for (double real : reals) {
       values.pushBack(real);
@@ -294,26 +281,23 @@ TEST(ZrXmlRealText, RealsAreWrittenAsTheStreamWritesThem) {
       ZrXmlVector(real, -real, real * 2).write(objects);
       objects.writeEndTag();
       stream.writeStartTag(point);
-      stream.setAttributeName(ZrXml::ZrVectorXToken);
-      stream << real;
-      stream.setAttributeName(ZrXml::ZrVectorYToken);
-      stream << -real;
-      stream.setAttributeName(ZrXml::ZrVectorZToken);
-      stream << real * 2;
+      const std::pair<ZrToken, double> components[] = {
+          {ZrXml::ZrVectorXToken, real}, {ZrXml::ZrVectorYToken, -real}, {ZrXml::ZrVectorZToken, real * 2}};
+      for (const auto& component : components) {
+        stream.setAttributeName(component.first);
+        stream << component.second;
+      }
       stream.writeEndTag();
     }
     objects.writeStartTag(array);
     values.write(objects);
-    objects.writeEndTag();
     stream.writeStartTag(array);
     stream.setAttributeName(ZrXml::ZrCountToken);
     stream << static_cast<unsigned int>(reals.size());
     stream.writeStartTagUsingParentNamespace(ZrXml::ZrGroupToken);
     for (double real : reals) stream << real;
     stream.writeEndTag();
-    stream.writeEndTag();
-    objects.writeEndTag();
-    stream.writeEndTag();
+    for (ZrXmlWriter* writer : {&objects, &stream, &objects, &stream}) writer->writeEndTag();
     EXPECT_EQ(viaObjects.str(), viaStream.str());
   }
 }

@@ -42,25 +42,34 @@ TEST(ZrXmlFileReaderBlocks, EveryCutAtTheBlockEdgeGivesTheSameEvents) {
 }
 
 const std::string theArrayDocument =
-    "<path size='2'>\n"
+    "<path size='3'>\n"
     "  <!-- first -->\n"
     "  <element x=\"1.5\" y=\"-2\"\n     z=\"3e2\"/>\n"
     "  <element x='4' y='5' z='6'></element>\n"
-    "</path>\n";
+    "  <element xmlns:p='urn:p' x=\"7\" y=\"8\" z=\"9\" />\n"
+    "</path>\n"
+    "<next/>\n";
 
+// The fast path takes the values in document order and leaves the reader on the array's end tag, with
+// the lines counted, so that what follows is read as usual.
 TEST(ZrXmlFileReaderBlocks, FastPathReadsTheSameAtEveryCut) {
   for (size_t cut = 0; cut <= theArrayDocument.size(); ++cut) {
     ZrTest::PrintCapture capture;
     std::istringstream in(std::string(theBlock - cut, ' ') + theArrayDocument);
     ZrXmlFileReader reader("doc.xml", in);
     ASSERT_EQ(reader.readXml(), 1);
-    ASSERT_EQ(reader.attributeValue(), "2");
+    ASSERT_EQ(reader.attributeValue(), "3");
     std::string values;
-    for (int i = 0; i < 6; ++i) values += reader.getAttributeValueFast() + " ";
-    ASSERT_EQ(values, "1.5 -2 3e2 4 5 6 ") << "cut at " << cut;
-    ASSERT_EQ(reader.lineCountOfFile(), 5) << "cut at " << cut;
+    for (int i = 0; i < 9; ++i) values += reader.getAttributeValueFast() + " ";
+    ASSERT_EQ(values, "1.5 -2 3e2 4 5 6 7 8 9 ") << "cut at " << cut;
+    ASSERT_EQ(reader.lineCountOfFile(), 6) << "cut at " << cut;
     ASSERT_EQ(reader.readXml(), 2) << "cut at " << cut;
     ASSERT_EQ(reader.openElements().size(), 0u);
+    ASSERT_EQ(reader.lineCountOfFile(), 7) << "cut at " << cut;
+    ASSERT_EQ(reader.readXml(), 3) << "cut at " << cut;
+    ASSERT_EQ(reader.element().token(), "next");
+    ASSERT_EQ(reader.readXml(), 0) << "cut at " << cut;
+    ASSERT_EQ(reader.lineCountOfFile(), 9) << "cut at " << cut;
     ASSERT_EQ(capture.count(), 0u) << capture.all();
   }
 }

@@ -59,15 +59,13 @@ TEST(ZrXmlFileReaderFaults, NulByteCutsItsBlockAndIsReported) {
 }
 
 TEST(ZrXmlFileReaderFaults, ErrorModeIsStickyAfterAFailedSearch) {
-  auto trace = ZrTest::traceDocument("<a>< >");
-  EXPECT_EQ(trace.events, (std::vector<std::string>{"1 a", "5"}));
-  EXPECT_EQ(trace.messages[0], fault("Tag contains only white space.@1"));
   ZrTest::PrintCapture capture;
   std::istringstream in("<a>< >");
   ZrXmlFileReader reader("doc.xml", in);
-  reader.readXml();
+  EXPECT_EQ(reader.readXml(), 1);
   EXPECT_EQ(reader.readXml(), 5);
   EXPECT_EQ(reader.readXml(), 5);
+  EXPECT_EQ(ZrTest::shortMessage(capture.texts().at(0)), fault("Tag contains only white space.@1"));
   EXPECT_TRUE(capture.contains("ZrXmlFileReader Error: error mode encountered."));
 }
 

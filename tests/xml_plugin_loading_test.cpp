@@ -66,7 +66,6 @@ TEST_F(ZrPluginLoading, OnlyTheFirstLoadableLibraryOfTheListIsProcessed) {
       {{"zrNoSuchPlugin"}, {}, {}},
       // a name that would leave the search path is refused even though the file is there
       {{"../nodes/zrTestNodesA", "zrTestNodesB"}, {"beta"}, {"path separator"}},
-      {{ZR_TEST_NODE_PLUGIN_DIR "/zrTestNodesA"}, {}, {"path separator"}},
       // a library missing an entry point is the one processed, and yields nothing
       {{"zrTestNoClassToken", "zrTestNodesA"}, {}, {theMissingClassToken}},
       {{"zrTestNoCreator", "zrTestNodesA"}, {}, {theMissingCreator}},
@@ -118,18 +117,6 @@ TEST_F(ZrPluginLoading, ADocumentNamesItsLibrariesAndUsesTheirClasses) {
   EXPECT_EQ(box.children[1]->token().tokenText(), "beta");
   // element tokens come without their namespace, so the qualified text is "#alpha"
   EXPECT_EQ(capture.all(), "Bad token: #alpha on line 4\n");
-}
-
-TEST_F(ZrPluginLoading, TheEnvironmentPathServesOnlyAbsoluteDirectories) {
-  ZrDllLoader::setSearchPath({});
-  ::setenv(ZrDllLoader::m_thePluginPathVariable, "relative/nodes:" ZR_TEST_NODE_PLUGIN_DIR, 1);
-  ZrTest::PrintCapture capture;
-  PluginBox box;
-  box.setLibraries({"zrTestNodesA"});
-  box.processLibraries();
-  EXPECT_EQ(box.creatorNames(), std::vector<std::string>{"alpha"});
-  ASSERT_EQ(capture.count(), 1u);
-  EXPECT_TRUE(capture.contains("relative directory in ZR_PLUGIN_PATH ignored")) << capture.all();
 }
 
 }  // namespace

@@ -25,25 +25,20 @@ struct CountingFactory : ZrXmlFactory {
   int& m_theDeletions;
 };
 
-TEST(ZrXmlFactory, CreatesByTokenAndIsSilentForUnknownTokens) {
+TEST(ZrXmlFactory, CreatesByNameReplacesOnReRegistrationAndIsSilentForUnknownNames) {
   ZrTest::PrintCapture capture;
-  ZrXmlFactory factory;
-  factory.registerComponentCreator("joint", makeA);
-  theCallsOfA = 0;
-  EXPECT_EQ(factory.newObjectFromToken("joint"), objectA());
-  EXPECT_EQ(theCallsOfA, 1);
-  EXPECT_EQ(factory.newObjectFromToken("link"), nullptr);
-  EXPECT_EQ(capture.count(), 0u);
-}
-
-TEST(ZrXmlFactory, ReRegistrationReplacesAndTheMapIsOrderedByName) {
   ZrXmlFactory factory;
   factory.registerComponentCreator("zeta", makeA);
   factory.registerComponentCreator("alpha", makeA);
+  theCallsOfA = 0;
+  EXPECT_EQ(factory.newObjectFromToken("alpha"), objectA());
+  EXPECT_EQ(theCallsOfA, 1);
   factory.registerComponentCreator("urn:a#zeta", makeB);  // same name in another namespace: same entry
   ASSERT_EQ(factory.creatorMap().size(), 2u);
   EXPECT_EQ(factory.creatorMap().begin()->first.tokenText(), "alpha");
   EXPECT_EQ(factory.newObjectFromToken("zeta"), objectB());
+  EXPECT_EQ(factory.newObjectFromToken("link"), nullptr);
+  EXPECT_EQ(capture.count(), 0u);
 }
 
 TEST(ZrXmlFactory, EqualityComparesTokensAndCreatorsInOrder) {
@@ -81,18 +76,16 @@ TEST(ZrXmlReaderFactory, RegisterReportsWhetherTheCallCreatedTheFactory) {
   std::unique_ptr<ZrBaseXmlFactory> fresh(reader.newFactory());
   EXPECT_NE(fresh.get(), created);
   EXPECT_EQ(fresh->newObjectFromToken("a"), nullptr);
-}
 
-TEST(ZrXmlReaderFactory, DerivedReaderSuppliesItsOwnDefaultFactory) {
-  struct OwnFactoryReader : ZrXmlReader {
+  struct OwnFactoryReader : ZrXmlReader {  // a derived reader supplies its own first factory
     ZrBaseXmlFactory* newFactory() const override {
       ZrXmlFactory* factory = new ZrXmlFactory;
       factory->registerComponentCreator("builtin", makeB);
       return factory;
     }
-  } reader;
-  EXPECT_TRUE(reader.registerComponentCreator("a", makeA));
-  EXPECT_EQ(reader.factoryPointer()->newObjectFromToken("builtin"), objectB());
+  } derived;
+  EXPECT_TRUE(derived.registerComponentCreator("a", makeA));
+  EXPECT_EQ(derived.factoryPointer()->newObjectFromToken("builtin"), objectB());
 }
 
 TEST(ZrXmlReaderFactory, SettingTheHeldFactoryAgainKeepsIt) {

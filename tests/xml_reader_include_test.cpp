@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -15,10 +16,12 @@ namespace {
 const std::string theDataDir = std::string(ZR_TEST_DATA_DIR) + "/include";
 
 // The items of a document as short texts: "name" a start tag, "name/" an empty element, "/" an end
-// tag, "'text'" content. Stops at the end of input, at an error, or after a bound.
-std::vector<std::string> items(ZrXmlReader& reader, int bound = 500) {
+// tag, "'text'" content; each item is shown to look first. Stops at the end of input, at an error, or
+// after a bound.
+std::vector<std::string> items(ZrXmlReader& reader, const std::function<void(ZrXmlReader&)>& look = {}) {
   std::vector<std::string> result;
-  for (int mode = reader.readXml(); mode != 0 && mode != 5 && bound-- > 0; mode = reader.readXml()) {
+  for (int mode = reader.readXml(), bound = 500; mode != 0 && mode != 5 && bound-- > 0; mode = reader.readXml()) {
+    if (look) look(reader);
     if (mode == 1) result.push_back(reader.element().tokenText());
     if (mode == 3) result.push_back(reader.element().tokenText() + "/");
     if (mode == 2) result.push_back("/");
@@ -37,18 +40,12 @@ TEST(ZrXmlReaderInclude, FollowsNestedIncludesAndContinuesAfterThem) {
   ZrXmlReader reader(theDataDir + "/main.xml", main);
   std::string nameAtInner;
   int lineAtInner = 0;
-  Items seen;
-  for (int mode = reader.readXml(); mode != 0 && seen.size() < 50; mode = reader.readXml()) {
-    if (mode == 1) seen.push_back(reader.element().tokenText());
-    if (mode == 2) seen.push_back("/");
-    if (mode == 3) seen.push_back(reader.element().tokenText() + "/");
-    if (mode == 4) seen.push_back("'" + reader.content() + "'");
-    if (mode == 3 && reader.element().tokenText() == "inner") {
-      nameAtInner = reader.filename();
-      lineAtInner = reader.lineCountOfFile();
-      EXPECT_EQ(reader.depth(), 3u);
-    }
-  }
+  const Items seen = items(reader, [&](ZrXmlReader& at) {
+    if (at.mode() != 3 || at.element().tokenText() != "inner") return;
+    nameAtInner = at.filename();
+    lineAtInner = at.lineCountOfFile();
+    EXPECT_EQ(at.depth(), 3u);
+  });
   EXPECT_EQ(seen, (Items{"root", "before/", "part", "leaf", "inner/", "/", "partEnd/", "/", "after", "'text'", "/"}));
   EXPECT_EQ(nameAtInner, theDataDir + "/leaf.xml");  // resolved against part.xml, not main.xml
   EXPECT_EQ(lineAtInner, 2);
@@ -226,16 +223,13 @@ TEST_F(ZrXmlReaderHttpInclude, RelativeReferencesStayOnTheHost) {
   std::istringstream document("<doc>" + include(m_theServer->url("docs/remote.xml")) + "<last/></doc>");
   ZrTest::PrintCapture capture;
   ZrXmlReader reader("/local/doc.xml", document);
-  Items seen;
   std::string leafName;
-  for (int mode = reader.readXml(); mode != 0 && seen.size() < 20; mode = reader.readXml()) {
-    seen.push_back(mode == 2 ? "/" : reader.element().tokenText());
-    if (reader.element().tokenText() == "leaf") {
-      leafName = reader.filename();
-      EXPECT_FALSE(reader.versionFlag());  // the included root is checked too
-    }
-  }
-  EXPECT_EQ(seen, (Items{"doc", "remote", "leaf", "remoteEnd", "/", "last", "/"}));
+  const Items seen = items(reader, [&](ZrXmlReader& at) {
+    if (at.mode() != 3 || at.element().tokenText() != "leaf") return;
+    leafName = at.filename();
+    EXPECT_FALSE(at.versionFlag());  // the included root is checked too
+  });
+  EXPECT_EQ(seen, (Items{"doc", "remote", "leaf/", "remoteEnd/", "/", "last/", "/"}));
   EXPECT_EQ(leafName, m_theServer->url("docs/leaf.xml"));
   EXPECT_TRUE(capture.contains("Input file version (v4.0) is greater")) << capture.all();
 }

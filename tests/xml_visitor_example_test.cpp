@@ -1,4 +1,5 @@
-// The robot-cell example end to end: the shipped sample read, listed, written and read back.
+// The robot-cell example end to end: the shipped sample (comments and line breaks inside the taught
+// path included) read, listed value by value, written, changed and read back.
 #include <ZrRobotCellDocument.h>
 #include <ZrTestSupport.h>
 #include <gtest/gtest.h>
@@ -13,15 +14,24 @@ TEST(ZrRobotCellExample, SampleReadsWithoutMessagesAndListsItsValues) {
   ZrRobotCell cell;
   ASSERT_TRUE(ZrRobotCellDocument::readFile(ZrRobotCellDocument::samplePath(), cell));
   EXPECT_EQ(capture.all(), "");
+  EXPECT_EQ(cell.loader().path().size(), 3u);
+  EXPECT_EQ(cell.loader().path()[2], ZrVector(0.6, 0.4, 0.9));
+  EXPECT_EQ(cell.welder().tool(), ZrOrientation(0, 0.6, 0.8, 0));
 
   std::ostringstream values;
   ZrRobotCellDocument::listValues(cell, values);
   const std::string text = values.str();
-  for (const char* line : {"robotCell/@name = Assembly cell 4\n", "robotCell/enabled = 1\n",
-                           "robotCell/loader/@serial = 40117\n", "robotCell/loader/shoulder/@axis = z\n",
-                           "robotCell/loader/elbow/lower = -2.35619\n",
-                           // read through the second name of the mode and the older name of the mass
-                           "robotCell/welder/mode = automatic\n", "robotCell/welder/mass = 210\n"})
+  for (const char* line :
+       {"robotCell/@name = Assembly cell 4\n", "robotCell/enabled = 1\n", "robotCell/loader/@serial = 40117\n",
+        "robotCell/loader/shoulder/@axis = z\n", "robotCell/loader/elbow/lower = -2.35619\n",
+        // read through the second name of the mode and the older name of the mass
+        "robotCell/welder/mode = automatic\n", "robotCell/welder/mass = 210\n",
+        "robotCell/loader/base = 0 -1.2 0.4\n", "robotCell/loader/path[1] = 0.5 0 1.2\n",
+        "robotCell/loader/tool = 0.5 0.5 0.5 0.5\n", "robotCell/loader/workspace/second = 1.5 0.5 2\n",
+        "robotCell/parameters[1]/key = weldCurrent\n", "robotCell/parameters[1]/value = 180\n",
+        "robotCell/shifts[1]/second = 1320\n", "robotCell/speedProfiles[0][3] = 0.25\n",
+        // the set holds its identifiers sorted, whatever the document's order
+        "robotCell/stations[0] = 4\nrobotCell/stations[1] = 7\nrobotCell/stations[2] = 12\n"})
     EXPECT_NE(text.find(line), std::string::npos) << line << text;
 }
 
@@ -40,6 +50,26 @@ TEST(ZrRobotCellExample, WhatTheDemoWritesReadsBackEqual) {
   std::ostringstream second;
   ASSERT_TRUE(ZrRobotCellDocument::write(rewritten, second, ZrRobotCellDocument::samplePath()));
   EXPECT_EQ(second.str(), first.str()) << "writing is stable";
+  EXPECT_EQ(capture.all(), "");
+}
+
+TEST(ZrRobotCellExample, ChangedContainersSurviveARoundTrip) {
+  ZrTest::PrintCapture capture;
+  ZrRobotCell cell;
+  ASSERT_TRUE(ZrRobotCellDocument::readFile(ZrRobotCellDocument::samplePath(), cell));
+  cell.parameters().set(std::string("coolant"), 3.5);
+  cell.stations().insert(1u);
+  cell.speedProfiles().pushBack(ZrXmlVectorType<ZrXmlBasicType<double>>());
+  cell.welder().path().clear();
+  cell.welder().setWorkspace(ZrVector(-1, -1, 0), ZrVector(1, 1, 2));
+
+  std::ostringstream written;
+  ASSERT_TRUE(ZrRobotCellDocument::write(cell, written, "cell.xml"));
+  ZrRobotCell back;
+  std::istringstream in(written.str());
+  ASSERT_TRUE(ZrRobotCellDocument::read(in, "cell.xml", back));
+  EXPECT_TRUE(back.equality(&cell)) << written.str();
+  EXPECT_EQ(back.speedProfiles().size(), 3u);
   EXPECT_EQ(capture.all(), "");
 }
 

@@ -18,25 +18,11 @@ class AllValues : public ZrXmlCompoundType {
   ZrXmlObject* newObject() const override { return new AllValues(); }
   ZrBoolean equality(const ZrXmlObject* other) const override { return other == this; }
   ZrToken token() const override { return ZrToken("urn:test", "all"); }
-  void registerComponents() override {
-    registerComponent(ZrToken("a"), &b);
-    registerComponent(ZrToken("b"), &c);
-    registerComponent(ZrToken("c"), &s);
-    registerComponent(ZrToken("d"), &us);
-    registerComponent(ZrToken("e"), &i);
-    registerComponent(ZrToken("f"), &u);
-    registerComponent(ZrToken("g"), &uc);
-    registerComponent(ZrToken("h"), &d);
-    registerComponent(ZrToken("i"), &str);
-    registerComponent(ZrToken("j"), &angle);
-    registerComponent(ZrToken("k"), &mass);
-    registerComponent(ZrToken("l"), &eb);
-    registerComponent(ZrToken("m"), &es);
-    registerComponent(ZrToken("n"), &eus);
-    registerComponent(ZrToken("o"), &ei);
-    registerComponent(ZrToken("p"), &eu);
-    registerComponent(ZrToken("q"), &euc);
-    registerComponent(ZrToken("r"), &enn);
+  void registerComponents() override {  // elements "a" to "r" in the order of the members below
+    ZrXmlObject* const members[] = {&b,    &c,    &s,  &us, &i,   &u,  &uc, &d,   &str,
+                                    &angle, &mass, &eb, &es, &eus, &ei, &eu, &euc, &enn};
+    char name = 'a';
+    for (ZrXmlObject* member : members) registerComponent(ZrToken(std::string(1, name++)), member);
     registerAttributeComponent(ZrToken("z"), &str);
   }
 
@@ -87,7 +73,6 @@ TEST(ZrXmlObjectVisitor, DefaultsForwardToTheMoreGeneralOverload) {
   EXPECT_EQ(counter.compounds, 1);
   EXPECT_EQ(counter.values, 19);  // 18 elements and one attribute
   EXPECT_EQ(counter.objects, 0);
-
 }
 
 TEST(ZrXmlValueListVisitor, SelfRegisteringCompoundIsCutOffWithAMessage) {

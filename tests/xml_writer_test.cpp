@@ -170,11 +170,9 @@ TEST(ZrXmlWriter, SchemaFileNameRule) {
 
 TEST(ZrXmlWriter, LanguageSelectionAndClassDefaults) {
   const std::string declaration = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>";
-  EXPECT_EQ(ZrXmlWriter::defaultIndent(), " ");
   ZrXmlWriter plain;
+  EXPECT_EQ(plain.indent() + plain.header(), " " + declaration);
   EXPECT_TRUE(plain.writeDefaultDataFlag());
-  EXPECT_FALSE(plain.schemaWriter());
-  EXPECT_EQ(plain.header(), declaration);
 
   ZrXmlWriter w;
   w.setLanguageSelection(ZrXmlWriter::TOOLKIT_MARKUP);
@@ -193,16 +191,13 @@ TEST(ZrXmlWriter, LanguageSelectionAndClassDefaults) {
   // Defaults reach only writers made afterwards.
   ZrXmlWriter::setDefaultLanguageSelection(ZrXmlWriter::TOOLKIT_MARKUP);
   ZrXmlWriter::setDefaultForWriteDefaultDataFlag(false);
-  ZrXmlWriter::setDefaultSchemaWriter(true);
   ZrXmlWriter after;
   EXPECT_EQ(after.indent() + after.styleSheet(), "  " + sheet);
   EXPECT_FALSE(after.writeDefaultDataFlag());
-  EXPECT_TRUE(after.schemaWriter());
   EXPECT_EQ(plain.indent() + plain.styleSheet(), " ");
   ZrXmlWriter::setDefaultLanguageSelection(ZrXmlWriter::PLAIN_XML);
   ZrXmlWriter::setDefaultIndent(" ");
   ZrXmlWriter::setDefaultForWriteDefaultDataFlag(true);
-  ZrXmlWriter::setDefaultSchemaWriter(false);
   EXPECT_TRUE(ZrXmlWriter::defaultStyleSheet().empty());
 }
 
