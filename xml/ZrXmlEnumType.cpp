@@ -81,10 +81,12 @@ ZrBoolean ZrXmlEnumType<T>::readName(ZrXmlReader& reader, bool found, const std:
   return findEnumString(name, m_theValue);
 }
 
-// The name is passed to the writer as it stands. The schema type of a name is a string.
+// The name is passed to the writer as it stands. The schema type of a name is a string; a writer that
+// feeds its schema generator is given the table's names as well.
 template <class T>
 ZrBoolean ZrXmlEnumType<T>::write(ZrXmlWriter& writer) const {
   if (!ZrXmlObject::write(writer)) return false;
+  if (writer.schemaWriter()) writeSchema(writer.schema());
   writer.data(enumString());
   return true;
 }

@@ -8,6 +8,8 @@
 
 #include <cxxabi.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <fstream>
 #include <memory>
@@ -47,7 +49,8 @@ bool hasLocalName(const ZrToken& token, const ZrToken& name) { return token.toke
 
 }  // namespace
 
-ZrXmlSchema::ZrXmlSchema() : m_theIgnoredDepth(0), m_theDepthReported(false) {}
+ZrXmlSchema::ZrXmlSchema()
+    : m_theIgnoredDepth(0), m_theDepthReported(false), m_theRegistrations(0), m_theOrderReported(false) {}
 
 ZrXmlSchema::ZrXmlSchema(const ZrXmlSchema&) = default;
 
@@ -96,6 +99,9 @@ void ZrXmlSchema::startElement(const ZrToken& token, int option, bool structural
     // Made now, so that the alternatives described below can refer to it.
     if (!m_theFrames.empty()) ensureChoiceGroup(m_theFrames.back());
   }
+  frame.typesAtStart = m_theComplexTypes.size();
+  frame.groupsAtStart = m_theGroups.size();
+  frame.registrationsAtStart = m_theRegistrations;
   m_theFrames.push_back(frame);
 }
 
@@ -188,6 +194,7 @@ ZrBoolean ZrXmlSchema::isRegistered(const ZrToken&, const std::string& typeName)
   frame.complexType = static_cast<int>(m_theComplexTypes.size() - 1);
   frame.registryKey = key;
   m_theRegistry[key] = frame.complexType;
+  ++m_theRegistrations;
   return false;
 }
 
@@ -241,24 +248,138 @@ void ZrXmlSchema::finishElement(Frame& frame) {
     }
   }
   if (frame.structural && hasLocalName(element.token(), ZrXml::ZrGroupToken)) element.type().makeList();
-  attach(element, frame.option, frame.structural);
+  if (attach(element, frame.option, frame.structural)) releaseRecordsOf(frame);
 }
 
-void ZrXmlSchema::attach(const ZrXmlSchemaElement& element, int option, bool structural) {
+// The types made while the element was open describe it alone, unless the description that took it
+// in adopted one of them, or a named type or a group was made meanwhile (others may refer to those).
+void ZrXmlSchema::releaseRecordsOf(const Frame& frame) {
+  if (m_theGroups.size() != frame.groupsAtStart || m_theRegistrations != frame.registrationsAtStart) return;
+  if (!m_theFrames.empty() && static_cast<size_t>(m_theFrames.back().complexType + 1) > frame.typesAtStart) return;
+  if (m_theComplexTypes.size() > frame.typesAtStart)
+    m_theComplexTypes.erase(m_theComplexTypes.begin() + static_cast<std::ptrdiff_t>(frame.typesAtStart),
+                            m_theComplexTypes.end());
+}
+
+bool ZrXmlSchema::attach(const ZrXmlSchemaElement& element, int option, bool structural) {
   if (m_theFrames.empty()) {
     for (const ZrXmlSchemaGlobalElementType& root : m_theRootElements)
-      if (root.element().token() == element.token()) return;  // described before: the first stays
+      if (root.element().token() == element.token()) return false;  // described before: the first stays
     ZrXmlSchemaElement root(element);
     root.setOccurs(1, 1);
     m_theRootElements.emplace_back(root);
-    return;
+    return false;
   }
   Frame& parent = m_theFrames.back();
   if (option == ZrXmlSchemaElementType::XML_CHOICE_OPTION && !structural) {
     m_theGroups[static_cast<size_t>(ensureChoiceGroup(parent))].addAlternative(element);
-    return;
+    return false;
   }
-  m_theComplexTypes[static_cast<size_t>(ensureComplexType(parent))].addElement(element);
+  ZrXmlSchemaComplexType& type = m_theComplexTypes[static_cast<size_t>(ensureComplexType(parent))];
+  const size_t index = type.findElement(element.token().tokenText());
+  if (index == type.elements().size()) {
+    type.addElement(element);
+    return false;
+  }
+  // Repeated within one parent: written again after a sibling, the element leaves the sequence's order.
+  if (index + 1 != type.elements().size()) reportOrder(element.token());
+  type.addElement(element);
+  return !merge(type.element(index).type(), element.type());
+}
+
+void ZrXmlSchema::reportOrder(const ZrToken& token) {
+  if (m_theOrderReported) return;
+  m_theOrderReported = true;
+  Zr::Print::instance().write(Zr::PrintError,
+                              "ZrXmlSchema Warning: element %s is written in more than one order among its "
+                              "siblings; its description keeps the first order.\n",
+                              token.namespaceAndToken().c_str());
+}
+
+// Merging never makes records, so references into the generator's vectors stay valid. It recurses once
+// per level of the incoming description, which is no deeper than the elements open while it was made.
+bool ZrXmlSchema::merge(ZrXmlSchemaElementType& known, const ZrXmlSchemaElementType& incoming) {
+  const bool knownComplex = known.kind() == ZrXmlSchemaElementType::COMPLEX;
+  const bool incomingComplex = incoming.kind() == ZrXmlSchemaElementType::COMPLEX;
+  if (incoming.kind() == ZrXmlSchemaElementType::NOTHING) return false;
+  if (known.kind() == ZrXmlSchemaElementType::NOTHING) {
+    known = incoming;
+    return incomingComplex;
+  }
+  if (!knownComplex && !incomingComplex) {
+    known.widen(incoming);
+    return false;
+  }
+  if (knownComplex && incomingComplex) return mergeComplexTypes(known.complexType(), incoming.complexType());
+  if (knownComplex) {
+    widenValue(m_theComplexTypes[static_cast<size_t>(known.complexType())], incoming);
+    return false;
+  }
+  const ZrXmlSchemaElementType value = known;  // a plain value meets attributes or children
+  known = incoming;
+  widenValue(m_theComplexTypes[static_cast<size_t>(incoming.complexType())], value);
+  return true;
+}
+
+void ZrXmlSchema::widenValue(ZrXmlSchemaComplexType& type, const ZrXmlSchemaElementType& value) {
+  ZrXmlSchemaElementType widened = type.value();
+  widened.widen(value);
+  type.setValue(widened);
+}
+
+// Returns whether known now refers to records of incoming.
+bool ZrXmlSchema::mergeComplexTypes(int knownIndex, int incomingIndex) {
+  const ZrXmlSchemaComplexType* knownType = complexType(knownIndex);
+  const ZrXmlSchemaComplexType* incomingType = complexType(incomingIndex);
+  if (knownIndex == incomingIndex || !knownType || !incomingType) return false;
+  if (!knownType->name().empty() || !incomingType->name().empty()) return false;  // a class's own description
+  ZrXmlSchemaComplexType& known = m_theComplexTypes[static_cast<size_t>(knownIndex)];
+  const ZrXmlSchemaComplexType& incoming = m_theComplexTypes[static_cast<size_t>(incomingIndex)];
+  for (const ZrXmlSchemaAttributeType& attribute : incoming.attributes()) {
+    ZrXmlSchemaAttributeType* same = known.findAttribute(attribute.name());
+    if (same)
+      same->type().widen(attribute.type());
+    else
+      known.addAttribute(attribute.name())->type() = attribute.type();
+  }
+  if (incoming.value().isSimple()) widenValue(known, incoming.value());
+  bool adopted = false;
+  if (known.choiceGroup() < 0 && incoming.choiceGroup() >= 0) {
+    known.setChoiceGroup(incoming.choiceGroup());
+    adopted = true;
+  }
+  mergeElements(known, incoming, adopted);
+  return adopted;
+}
+
+// Children new to known go after the known children that preceded them in incoming; a child that
+// either side lacks becomes optional.
+void ZrXmlSchema::mergeElements(ZrXmlSchemaComplexType& known, const ZrXmlSchemaComplexType& incoming,
+                                bool& adopted) {
+  size_t position = 0;
+  for (const ZrXmlSchemaElement& element : incoming.elements()) {
+    const size_t index = known.findElement(element.token().tokenText());
+    if (index == known.elements().size()) {
+      ZrXmlSchemaElement optional(element);
+      optional.setOccurs(0, element.maxOccurs());
+      known.insertElement(position++, optional);
+      adopted = adopted || element.type().kind() == ZrXmlSchemaElementType::COMPLEX;
+      continue;
+    }
+    if (index < position) reportOrder(element.token());
+    position = std::max(position, index + 1);
+    ZrXmlSchemaElement& same = known.element(index);
+    const bool unbounded = same.maxOccurs() == ZrXmlSchemaElement::m_theUnbounded ||
+                           element.maxOccurs() == ZrXmlSchemaElement::m_theUnbounded;
+    same.setOccurs(std::min(same.minOccurs(), element.minOccurs()),
+                   unbounded ? ZrXmlSchemaElement::m_theUnbounded : std::max(same.maxOccurs(), element.maxOccurs()));
+    adopted = merge(same.type(), element.type()) || adopted;
+  }
+  for (size_t index = 0; index < known.elements().size(); ++index) {
+    ZrXmlSchemaElement& element = known.element(index);
+    if (incoming.findElement(element.token().tokenText()) == incoming.elements().size())
+      element.setOccurs(0, element.maxOccurs());
+  }
 }
 
 std::string ZrXmlSchema::uniqueName(std::set<std::string>& taken, const std::string& base) const {

@@ -45,6 +45,20 @@
 // given to write() and each namespace, in the directory of that file name, so that a document written
 // as NAME.xml pairs its namespace with the file that describes it.
 //
+// The writer's feed (ZrXmlWriter::setSchemaWriter) makes the same calls while a document is written,
+// without isRegistered: each element written is described as it was written, in an anonymous type.
+// An element of a name that its parent's type holds already is merged into that description:
+//   - a name repeated within one parent (the "element" children of a container) may occur any number
+//     of times;
+//   - attributes, children and values seen in either description are all admitted; a child missing in
+//     one of them becomes optional, and children new to the known description are placed after the
+//     known children that preceded them;
+//   - a merged element's own records are released, so that writing a long container describes it in
+//     the room of one element.
+// Named types (registered classes) are never merged: the first description of an element stays. A
+// child that one description places before a sibling and another after it cannot be described by one
+// sequence; the first order is kept and a warning says so once.
+//
 // Bad call sequences never crash: an end tag without a start tag and a value outside any element are
 // reported; nesting deeper than m_theMaxDepth is reported once and not described (isRegistered then
 // answers true, which ends the recursion of objects that describe themselves through their members).
@@ -98,6 +112,11 @@ class ZrXmlSchema {
     int valueTarget = -1;  // what addEnumeration restricts: -2 the element's value, >= 0 an attribute
     int choiceGroup = -1;
     int openGroups = 0;
+    // What the generator held when the element started: the records made for this element alone
+    // lie beyond these, and are released when its description merges into one given before.
+    size_t typesAtStart = 0;
+    size_t groupsAtStart = 0;
+    ZrU32 registrationsAtStart = 0;
   };
   typedef std::vector<ZrXmlSchemaGlobalElementType> Globals;
 
@@ -106,7 +125,14 @@ class ZrXmlSchema {
   int ensureComplexType(Frame& frame);
   int ensureChoiceGroup(Frame& frame);
   void finishElement(Frame& frame);
-  void attach(const ZrXmlSchemaElement& element, int option, bool structural);
+  // Returns whether the element's description went into one of the same name given before.
+  bool attach(const ZrXmlSchemaElement& element, int option, bool structural);
+  void releaseRecordsOf(const Frame& frame);
+  void reportOrder(const ZrToken& token);
+  bool merge(ZrXmlSchemaElementType& known, const ZrXmlSchemaElementType& incoming);
+  bool mergeComplexTypes(int known, int incoming);
+  void mergeElements(ZrXmlSchemaComplexType& known, const ZrXmlSchemaComplexType& incoming, bool& adopted);
+  void widenValue(ZrXmlSchemaComplexType& type, const ZrXmlSchemaElementType& value);
   std::string uniqueName(std::set<std::string>& taken, const std::string& base) const;
 
   Globals allGlobalElements() const;
@@ -125,6 +151,8 @@ class ZrXmlSchema {
   std::vector<ZrXmlSchemaGroupType> m_theGroups;
   Globals m_theRootElements;
   std::map<std::string, int> m_theRegistry;  // "namespace#type name" -> complex type
+  ZrU32 m_theRegistrations;                  // types ever registered
+  bool m_theOrderReported;
   std::map<std::string, std::set<std::string>> m_theTypeNames;   // per namespace: names of types
   std::map<std::string, std::set<std::string>> m_theGroupNames;  // per namespace: names of groups
 };

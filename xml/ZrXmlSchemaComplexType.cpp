@@ -4,6 +4,9 @@
 #include "ZrXmlSchemaFile.h"
 #include "ZrXmlSchemaGroupType.h"
 
+#include <algorithm>
+#include <cstddef>
+
 ZrXmlSchemaComplexType::ZrXmlSchemaComplexType(const std::string& name, const std::string& xmlNamespace)
     : m_theName(name), m_theNamespace(xmlNamespace), m_theChoiceGroup(-1), m_theUsed(true) {}
 
@@ -12,6 +15,23 @@ ZrXmlSchemaAttributeType* ZrXmlSchemaComplexType::addAttribute(const std::string
     if (attribute.name() == name) return nullptr;
   m_theAttributes.emplace_back(name);
   return &m_theAttributes.back();
+}
+
+ZrXmlSchemaAttributeType* ZrXmlSchemaComplexType::findAttribute(const std::string& name) {
+  for (ZrXmlSchemaAttributeType& attribute : m_theAttributes)
+    if (attribute.name() == name) return &attribute;
+  return nullptr;
+}
+
+size_t ZrXmlSchemaComplexType::findElement(const std::string& localName) const {
+  size_t index = 0;
+  while (index < m_theElements.size() && m_theElements[index].token().tokenText() != localName) ++index;
+  return index;
+}
+
+void ZrXmlSchemaComplexType::insertElement(size_t position, const ZrXmlSchemaElement& element) {
+  m_theElements.insert(m_theElements.begin() + static_cast<std::ptrdiff_t>(std::min(position, m_theElements.size())),
+                       element);
 }
 
 void ZrXmlSchemaComplexType::addElement(const ZrXmlSchemaElement& element) {

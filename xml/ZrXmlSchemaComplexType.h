@@ -31,11 +31,17 @@ class ZrXmlSchemaComplexType {
   ZrXmlSchemaAttributeType* addAttribute(const std::string& name);
   const std::vector<ZrXmlSchemaAttributeType>& attributes() const { return m_theAttributes; }
   ZrXmlSchemaAttributeType& attribute(size_t index) { return m_theAttributes[index]; }
+  ZrXmlSchemaAttributeType* findAttribute(const std::string& name);
 
   // Adds a child element; an element of the same name already there stays and may then occur any
   // number of times, so that the sequence never names an element twice.
   void addElement(const ZrXmlSchemaElement& element);
   const std::vector<ZrXmlSchemaElement>& elements() const { return m_theElements; }
+  ZrXmlSchemaElement& element(size_t index) { return m_theElements[index]; }
+  // The position of the child of that local name, or the number of children when there is none.
+  size_t findElement(const std::string& localName) const;
+  // Places a child at a position of the sequence, without the checks of addElement.
+  void insertElement(size_t position, const ZrXmlSchemaElement& element);
 
   void setChoiceGroup(int group) { m_theChoiceGroup = group; }
   int choiceGroup() const { return m_theChoiceGroup; }

@@ -70,6 +70,27 @@ void ZrXmlSchemaElementType::makeList() {
   if (m_theKind == VALUE) m_theKind = LIST;
 }
 
+void ZrXmlSchemaElementType::widen(const ZrXmlSchemaElementType& other) {
+  if (!other.isSimple()) return;
+  if (!isSimple()) {
+    if (m_theKind == NOTHING) *this = other;
+    return;
+  }
+  if (other.m_theKind == LIST) m_theKind = LIST;
+  if (m_theValueType != other.m_theValueType) {
+    m_theValueType = "string";
+    m_theMaxLength = 0;
+    m_theEnumerations.clear();
+    return;
+  }
+  if (m_theMaxLength != other.m_theMaxLength) m_theMaxLength = 0;
+  if (m_theEnumerations.empty() || other.m_theEnumerations.empty()) {
+    m_theEnumerations.clear();
+    return;
+  }
+  for (const std::string& name : other.m_theEnumerations) addEnumeration(name);
+}
+
 void ZrXmlSchemaElementType::setComplexType(int index) {
   m_theKind = COMPLEX;
   m_theComplexType = index;

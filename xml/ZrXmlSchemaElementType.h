@@ -34,6 +34,10 @@ class ZrXmlSchemaElementType {
   const std::vector<std::string>& enumerations() const { return m_theEnumerations; }
   // A value becomes a list of such values.
   void makeList();
+  // Widens a value so that it also admits the values of other (both simple or empty): a list stays a
+  // list, names of two tables are joined, a table or a length facet meeting an unrestricted value is
+  // dropped, and two different built-in types meet in text.
+  void widen(const ZrXmlSchemaElementType& other);
   void setComplexType(int index);
   int complexType() const { return m_theComplexType; }
   // "xs:" and the built-in type's name, e.g. "xs:double".

@@ -1,6 +1,7 @@
 #include "ZrXmlWriter.h"
 
 #include <ZrPrint.h>
+#include <ZrXmlSchemaElementType.h>
 
 #include <cstring>
 
@@ -251,6 +252,21 @@ void ZrXmlWriter::startContent() {
 }
 
 void ZrXmlWriter::writeStartTag(const ZrToken& token) {
+  openElement(token);
+  if (m_theSchemaWriterFlag) m_theSchema.writeStartTag(token, ZrXmlSchemaElementType::XML_STARTTAG_OPTION);
+}
+
+// The child takes its parent's namespace, so it never needs a declaration of its own. The generator is
+// told that the child is its parent's own ("group", "element", "key" and the like), which it describes
+// by the containers' layout.
+void ZrXmlWriter::writeStartTagUsingParentNamespace(const ZrToken& token) {
+  openElement(m_theDepth == 0 ? token
+                              : ZrToken(m_theElementStack[m_theDepth - 1].element.namespaceText(), token.tokenText()));
+  if (m_theSchemaWriterFlag)
+    m_theSchema.writeStartTagUsingParentNamespace(token, ZrXmlSchemaElementType::XML_STARTTAG_OPTION);
+}
+
+void ZrXmlWriter::openElement(const ZrToken& token) {
   const std::string& xmlNamespace = token.namespaceText();
   const std::string& localName = token.tokenText();
 
@@ -292,16 +308,6 @@ void ZrXmlWriter::writeStartTag(const ZrToken& token) {
   }
 
   startContent();
-  if (m_theSchemaWriterFlag) m_theSchema.writeStartTag(token, 1);
-}
-
-// The child takes its parent's namespace, so it never needs a declaration of its own.
-void ZrXmlWriter::writeStartTagUsingParentNamespace(const ZrToken& token) {
-  if (m_theDepth == 0) {
-    writeStartTag(token);
-    return;
-  }
-  writeStartTag(ZrToken(m_theElementStack[m_theDepth - 1].element.namespaceText(), token.tokenText()));
 }
 
 void ZrXmlWriter::setAttributeName(const ZrToken& token) {
@@ -324,6 +330,7 @@ void ZrXmlWriter::setAttributeName(const ZrToken& token) {
   put(token.tokenText());
   put("=");
   m_theMode = 2;
+  if (m_theSchemaWriterFlag) m_theSchema.setAttributeName(token);
 }
 
 void ZrXmlWriter::attributeValue(const std::string& text) {
@@ -412,7 +419,11 @@ void ZrXmlWriter::writeEndTag() {
     put(innermost().qualifiedName);
     put(">\n");
   }
-  if (m_theDepth != 0) --m_theDepth;
+  // An element is popped even after a fault, and the generator follows the element stack.
+  if (m_theDepth != 0) {
+    --m_theDepth;
+    if (m_theSchemaWriterFlag) m_theSchema.writeEndTag();
+  }
   m_theMode = 5;
 }
 
@@ -466,7 +477,7 @@ void ZrXmlWriter::header(const ZrToken& root, const std::string& schemaNamespace
 
   // The root's start tag stays open: its attributes and children follow, one writeEndTag closes it.
   startContent();
-  if (m_theSchemaWriterFlag) m_theSchema.writeStartTag(root, 1);
+  if (m_theSchemaWriterFlag) m_theSchema.writeStartTag(root, ZrXmlSchemaElementType::XML_STARTTAG_OPTION);
 }
 
 // ---- values ----

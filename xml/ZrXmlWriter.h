@@ -19,8 +19,16 @@
 // name and value pairs, then content or child elements, then the end tag. Modes of the last call:
 //   0 nothing written, 1 start tag open, 2 attribute name written, 3 attribute value written,
 //   4 content buffered, 5 end tag written.
-// The writer never closes its output stream. When the schema writer flag is set, the same calls
-// also feed the embedded schema generator.
+// The writer never closes its output stream.
+//
+// Schema feed:
+//   With the schema writer flag set (before the document's first tag), the same calls also feed the
+//   embedded generator, schema(): start tags (those in the parent's namespace as the parent's own
+//   children), attribute names, value types and end tags; enumerations add their names. Once the
+//   root's end tag is written, schema().write(filename) writes a schema that the document validates
+//   against, each element described as it was written and repeated elements merged (ZrXmlSchema).
+//   Values are typed through type() before data(); text passed to data() without a type is not
+//   described. With the flag off the feed costs one test per call.
 //
 // Shape of a document:
 //   header(root, schemaNamespace) writes the XML declaration and style-sheet lines, then "<root"
@@ -154,6 +162,7 @@ class ZrXmlWriter {
 
   void put(const std::string& text);
   void put(const char* text);
+  void openElement(const ZrToken& token);
   ElementStruct& pushElement(const ZrToken& token);
   ElementStruct& innermost() { return m_theElementStack[m_theDepth - 1]; }
   const std::string* prefixInForce(const std::string& xmlNamespace) const;

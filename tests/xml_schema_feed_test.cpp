@@ -1,0 +1,124 @@
+// The writer's schema feed: writing a document with the schema writer flag set describes it, and the
+// document validates (xmllint) against what the writer's generator then writes. Repeated elements whose
+// instances differ merge into one description, and a long container is described in constant room.
+#include <ZrCellNamespace.h>
+#include <ZrRobotCellDocument.h>
+#include <ZrTestSupport.h>
+#include <ZrXmlWriter.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+std::string xmllint() { return ZR_XMLLINT; }
+bool haveValidator() { return !xmllint().empty() && xmllint().find("NOTFOUND") == std::string::npos; }
+
+bool validates(const std::string& schema, const std::string& document, std::string& report) {
+  const std::string log = document + ".log";
+  const std::string command = xmllint() + " --noout --schema '" + schema + "' '" + document + "' > '" + log + "' 2>&1";
+  const int status = std::system(command.c_str());
+  report = ZrTest::readFile(log);
+  return status == 0;
+}
+
+// Records the generator holds: a merged element's own records are released again.
+int liveComplexTypes(ZrXmlSchema& schema) {
+  int count = 0;
+  while (schema.complexType(count)) ++count;
+  return count;
+}
+
+class SchemaFeed : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!haveValidator()) GTEST_SKIP() << "xmllint is not installed";
+  }
+
+  // Writes robots as repeated "robot" children of a "fleet" root, feeding the writer's generator.
+  std::string writeFleet(const std::vector<const ZrRobot*>& robots, ZrXmlWriter& writer, std::ostringstream& out) {
+    writer.setSchemaWriter(true);
+    writer.setWriteDefaultDataFlag(false);
+    writer.header(ZrCell::element("fleet"), ZrCell::uri());
+    for (const ZrRobot* robot : robots) {
+      writer.writeStartTag(ZrCell::element("robot"));
+      robot->write(writer);
+      writer.writeEndTag();
+    }
+    writer.writeEndTag();
+    return dir.write("fleet.xml", out.str());
+  }
+
+  ZrTest::PrintCapture capture;
+  ZrTest::TempDir dir;
+};
+
+TEST_F(SchemaFeed, TheRobotCellValidatesAgainstTheSchemaItsWritingBuilt) {
+  ZrRobotCell cell;
+  ASSERT_TRUE(ZrRobotCellDocument::readFile(ZrRobotCellDocument::samplePath(), cell));
+  const std::string schema = dir.file(ZrXmlWriter::schemaFileName("cell.xml", ZrCell::uri()));
+  for (bool defaultData : {true, false}) {
+    std::ostringstream out;
+    ZrXmlWriter writer(dir.file("cell.xml"), out);
+    writer.setSchemaWriter(true);
+    writer.setWriteDefaultDataFlag(defaultData);
+    writer.header(ZrRobotCell::rootToken(), ZrCell::uri());
+    cell.write(writer);
+    writer.writeEndTag();
+    ASSERT_TRUE(writer.schema().write(dir.file("cell.xml")));
+    const std::string text = out.str();
+    std::string report;
+    EXPECT_TRUE(validates(schema, dir.write("cell.xml", text), report)) << report << ZrTest::readFile(schema);
+
+    // What the values fed the generator: the enumeration's table and the list type of "group" content.
+    const struct {
+      const char* from;
+      const char* to;
+    } faults[] = {{"<mode>automatic</mode>", "<mode>turbo</mode>"}, {">4 7 12<", ">4 x 12<"}};
+    for (const auto& fault : faults) {
+      std::string faulty = text;
+      ASSERT_NE(faulty.find(fault.from), std::string::npos) << fault.from;
+      faulty.replace(faulty.find(fault.from), std::string(fault.from).size(), fault.to);
+      EXPECT_FALSE(validates(schema, dir.write("faulty.xml", faulty), report)) << fault.to;
+    }
+  }
+  EXPECT_EQ(capture.all(), "");
+}
+
+// The first robot is nil, the second leaves its structured members out, the third holds a path and a
+// workspace that the first description lacks.
+TEST_F(SchemaFeed, RepeatedElementsThatDifferMergeIntoOneDescriptionInConstantRoom) {
+  ZrRobot nil;
+  ZrRobot plain("Helper", 99);
+  plain.setMode(ZrRobot::MAINTENANCE);
+  ZrRobot taught("Mover", 7);
+  taught.path().pushBack(ZrVector(0.5, 0.5, 0.0));
+  taught.setWorkspace(ZrVector(-1, -1, 0), ZrVector(1, 1, 2));
+
+  std::ostringstream out;
+  ZrXmlWriter writer(dir.file("fleet.xml"), out);
+  const std::string document = writeFleet({&nil, &plain, &taught, &plain}, writer, out);
+  ASSERT_TRUE(writer.schema().write(dir.file("fleet.xml")));
+  const std::string schema = dir.file(ZrXmlWriter::schemaFileName("fleet.xml", ZrCell::uri()));
+  std::string report;
+  EXPECT_TRUE(validates(schema, document, report)) << report << ZrTest::readFile(schema) << out.str();
+
+  std::ostringstream longOut;
+  ZrXmlWriter longWriter(dir.file("fleet.xml"), longOut);
+  writeFleet(std::vector<const ZrRobot*>(500, &taught), longWriter, longOut);
+  std::ostringstream shortOut;
+  ZrXmlWriter shortWriter(dir.file("fleet.xml"), shortOut);
+  writeFleet({&taught}, shortWriter, shortOut);
+  EXPECT_EQ(liveComplexTypes(longWriter.schema()), liveComplexTypes(shortWriter.schema()));
+
+  ZrXmlWriter unfed;  // the flag is off by default: nothing reaches the generator
+  unfed.header(ZrCell::element("fleet"), ZrCell::uri());
+  unfed.writeEndTag();
+  EXPECT_TRUE(unfed.schema().rootElements().empty());
+  EXPECT_EQ(capture.all(), "");
+}
+
+}  // namespace
