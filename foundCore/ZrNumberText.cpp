@@ -1,8 +1,9 @@
 #include "ZrNumberText.h"
 
+#include <langinfo.h>
+
 #include <cfenv>
 #include <charconv>
-#include <clocale>
 #include <cmath>
 #include <cstdlib>
 
@@ -26,7 +27,7 @@ namespace {
 // strtod follows LC_NUMERIC and the current rounding direction, from_chars follows neither; they agree
 // only while the decimal point is '.' and numbers round to nearest.
 bool fromCharsAgreesWithStrtod() {
-  const char* point = std::localeconv()->decimal_point;
+  const char* point = nl_langinfo(RADIXCHAR);  // the current thread's locale, as strtod reads it; localeconv costs more
   return point[0] == '.' && point[1] == '\0' && std::fegetround() == FE_TONEAREST;
 }
 
