@@ -1,5 +1,6 @@
 #include "ZrXmlVector.h"
 
+#include "ZrNumberText.h"
 #include "ZrPrint.h"
 #include "ZrXmlObjectVisitor.h"
 #include "ZrXmlReader.h"
@@ -7,7 +8,6 @@
 #include "ZrXmlVectorVector.h"
 #include "ZrXmlWriter.h"
 
-#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <locale>
@@ -175,8 +175,6 @@ void ZrXmlVector::RealWriter::write(double value) {
   }
   m_theWriter.type(typeid(double));
   char digits[64];
-  const std::to_chars_result end =
-      std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, m_thePrecision);
-  m_theText.assign(digits, end.ptr);
+  m_theText.assign(digits, ZrDOUBLE2CHARS(digits, digits + sizeof digits, value, m_thePrecision));
   m_theWriter.data(m_theText);
 }
