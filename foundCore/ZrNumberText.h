@@ -21,10 +21,4 @@ std::string ZrINT2STRING(int value);
 std::string ZrDOUBLE2STRING(double value);
 double ZrSTRING2DOUBLE(const std::string& text);
 
-// ZrDOUBLE2CHARS writes into [first, last) exactly what std::to_chars(first, last, value,
-// std::chars_format::general, precision) writes (printf's "%.*g" in the C locale) and returns the end
-// of the text. Numbers whose shortest exact text has no more than precision digits, as written
-// numbers mostly are, take a way several times faster than to_chars with a precision.
-char* ZrDOUBLE2CHARS(char* first, char* last, double value, int precision);
-
 #endif

@@ -1,6 +1,5 @@
 #include "ZrXmlVector.h"
 
-#include "ZrNumberText.h"
 #include "ZrPrint.h"
 #include "ZrXmlObjectVisitor.h"
 #include "ZrXmlReader.h"
@@ -8,6 +7,7 @@
 #include "ZrXmlVectorVector.h"
 #include "ZrXmlWriter.h"
 
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <locale>
@@ -175,6 +175,8 @@ void ZrXmlVector::RealWriter::write(double value) {
   }
   m_theWriter.type(typeid(double));
   char digits[64];
-  m_theText.assign(digits, ZrDOUBLE2CHARS(digits, digits + sizeof digits, value, m_thePrecision));
+  const std::to_chars_result end =
+      std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, m_thePrecision);
+  m_theText.assign(digits, end.ptr);
   m_theWriter.data(m_theText);
 }
