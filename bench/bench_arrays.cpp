@@ -139,7 +139,8 @@ struct Ours {
   }
   static void fill(const std::vector<double>& values, Points& points) {
     points.clear();
-    for (size_t i = 0; i + 2 < values.size(); i += 3) points.pushBack(ZrVector(values[i], values[i + 1], values[i + 2]));
+    for (size_t i = 0; i + 2 < values.size(); i += 3)
+      points.pushBack(ZrVector(values[i], values[i + 1], values[i + 2]));
   }
   static std::vector<double> flatten(const Doubles& doubles) {
     std::vector<double> values;
@@ -148,7 +149,8 @@ struct Ours {
   }
   static std::vector<double> flatten(const Points& points) {
     std::vector<double> values;
-    for (const ZrVector& point : points.vectorContainer()) values.insert(values.end(), {point.x(), point.y(), point.z()});
+    for (const ZrVector& point : points.vectorContainer())
+      values.insert(values.end(), {point.x(), point.y(), point.z()});
     return values;
   }
 
