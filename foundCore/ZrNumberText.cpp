@@ -1,7 +1,11 @@
 #include "ZrNumberText.h"
 
+#include <langinfo.h>
+
+#include <cfenv>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 
 std::string ZrINT2STRING(int value) {
   char text[16];  // "-2147483648" and a spare
@@ -16,4 +20,27 @@ std::string ZrDOUBLE2STRING(double value) {
   char text[32];  // the longest shortest form is 24 characters ("-2.2250738585072014e-308")
   std::to_chars_result result = std::to_chars(text, text + sizeof(text), value);
   return std::string(text, result.ptr);
+}
+
+namespace {
+
+// strtod follows LC_NUMERIC and the current rounding direction, from_chars follows neither; they agree
+// only while the decimal point is '.' and numbers round to nearest.
+bool fromCharsAgreesWithStrtod() {
+  const char* point = nl_langinfo(RADIXCHAR);  // the current thread's locale, as strtod reads it; localeconv costs more
+  return point[0] == '.' && point[1] == '\0' && std::fegetround() == FE_TONEAREST;
+}
+
+}  // namespace
+
+// from_chars and strtod both round correctly, so wherever from_chars takes the whole text as a finite
+// number the two give the same double. Every other case, rare in documents, keeps strtod's own answer.
+double ZrSTRING2DOUBLE(const std::string& text) {
+  const char* const last = text.data() + text.size();
+  double value = 0.0;
+  const std::from_chars_result result = std::from_chars(text.data(), last, value);
+  if (result.ec == std::errc() && result.ptr == last && std::isfinite(value) &&
+      fromCharsAgreesWithStrtod())
+    return value;
+  return std::strtod(text.c_str(), nullptr);
 }

@@ -3,14 +3,22 @@
 
 #include <string>
 
-// Number-to-text helpers used wherever a number becomes document text.
+// Number-to-text helpers used wherever a number becomes document text, and the way back.
 //
 // ZrINT2STRING writes the plain decimal form ("-42").
 //
 // ZrDOUBLE2STRING writes the shortest text that reads back (through strtod) to exactly the same
 // double: 0.1 gives "0.1", 1e21 gives "1e+21", 100 gives "100". The text never depends on the
 // locale. Infinities are written "inf" and "-inf", NaN is written "nan", forms that strtod accepts.
+//
+// ZrSTRING2DOUBLE reads text exactly as strtod(text.c_str(), nullptr) does: leading white space and
+// the unparsed rest are ignored, text without a number gives 0. Text that is one plain decimal number,
+// as documents hold them, is converted several times faster than strtod manages; anything else (a
+// leading '+' or white space, trailing text, hexadecimal, infinities, NaN, a number out of range, a
+// locale whose decimal point is not '.', a rounding direction other than to nearest) is handed to
+// strtod itself.
 std::string ZrINT2STRING(int value);
 std::string ZrDOUBLE2STRING(double value);
+double ZrSTRING2DOUBLE(const std::string& text);
 
 #endif

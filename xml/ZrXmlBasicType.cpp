@@ -1,5 +1,6 @@
 #include "ZrXmlBasicType.h"
 
+#include "ZrNumberText.h"
 #include "ZrPrint.h"
 #include "ZrXmlObjectVisitor.h"
 #include "ZrXmlReader.h"
@@ -24,7 +25,8 @@ std::istringstream& extractionStream(const std::string& text) {
   return stream;
 }
 
-void parseText(const std::string& text, double& value) { value = std::strtod(text.c_str(), nullptr); }
+// strtod's result, through the shortcut for plain decimal text: arrays of reals are read value by value.
+void parseText(const std::string& text, double& value) { value = ZrSTRING2DOUBLE(text); }
 
 void parseText(const std::string& text, int& value) {
   value = static_cast<int>(std::strtol(text.c_str(), nullptr, 10));

@@ -1,0 +1,81 @@
+// ZrSTRING2DOUBLE must give strtod's double bit for bit, whichever of its two ways a text takes.
+#include <ZrNumberText.h>
+#include <gtest/gtest.h>
+
+#include <cfenv>
+#include <clocale>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <random>
+#include <string>
+
+namespace {
+
+std::uint64_t bits(double value) {
+  std::uint64_t pattern = 0;
+  std::memcpy(&pattern, &value, sizeof pattern);
+  return pattern;
+}
+
+void expectSameAsStrtod(const std::string& text) {
+  EXPECT_EQ(bits(ZrSTRING2DOUBLE(text)), bits(std::strtod(text.c_str(), nullptr))) << '"' << text << '"';
+}
+
+TEST(ZrNumberParse, PlainAndAwkwardTextsReadAsStrtodReadsThem) {
+  const char* const texts[] = {
+      // plain decimals, the shortcut's own ground
+      "0", "-0", "1.5", "-273.15", ".5", "5.", "1e5", "1E-5", "00012", "6.02214076e23",
+      // correct rounding: halfway and long inputs, smallest normal and subnormal numbers
+      "9007199254740993", "0.1000000000000000055511151231257827021181583404541015625",
+      "123456789012345678901234567890", "2.2250738585072011e-308", "4.9e-324", "2e-324",
+      // what strtod accepts or stops at and from_chars does not: its way must decide
+      "+1.5", " 1.5", "\t-2", "1.5 ", "1.5abc", "0x1p3", "0x10", "-0X1.8P1", "1e", "1e+", "1,5",
+      // non-finite, out of range, and no number at all
+      "inf", "-inf", "infinity", "nan", "-nan", "nan(123)", "1e400", "-1e400", "1e-400", "", " ", "abc", "-", ".",
+      "e5"};
+  for (const char* text : texts) expectSameAsStrtod(text);
+  expectSameAsStrtod(std::string("1.5\0" "7", 5));  // strtod stops at the NUL, so must the shortcut
+}
+
+// Numbers spread over the whole range of doubles, in the forms writers produce.
+TEST(ZrNumberParse, GeneratedNumbersInEveryWrittenFormReadAsStrtodReadsThem) {
+  std::mt19937_64 random(20240701);
+  const char* const formats[] = {"%.17g", "%.6g", "%.3e", "%.10f", "%.1f"};
+  char text[512];
+  for (int i = 0; i < 4000; ++i) {
+    double value = 0.0;
+    const std::uint64_t pattern = random();
+    std::memcpy(&value, &pattern, sizeof value);
+    if (value != value) continue;  // NaN patterns: covered by the table
+    for (const char* format : formats) {
+      std::snprintf(text, sizeof text, format, value);
+      expectSameAsStrtod(text);
+    }
+  }
+}
+
+// strtod rounds in the current rounding direction; the shortcut must not silently round to nearest.
+TEST(ZrNumberParse, OtherRoundingDirectionsGiveStrtodsResult) {
+  const char* const texts[] = {"0.1", "-0.1", "1.0000000000000002220446", "3.14159265358979323846", "1e-310"};
+  for (int direction : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
+    ASSERT_EQ(std::fesetround(direction), 0);
+    for (const char* text : texts) expectSameAsStrtod(text);
+  }
+  std::fesetround(FE_TONEAREST);
+}
+
+// Only the C locales are installed on the build machines; elsewhere a comma locale is checked too.
+TEST(ZrNumberParse, DecimalPointOfTheLocaleIsHonouredAsStrtodHonoursIt) {
+  const char* const commaLocales[] = {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "de_DE"};
+  const std::string saved = std::setlocale(LC_NUMERIC, nullptr);
+  const char* chosen = nullptr;
+  for (const char* name : commaLocales)
+    if ((chosen = std::setlocale(LC_NUMERIC, name)) != nullptr) break;
+  if (chosen == nullptr) GTEST_SKIP() << "no locale with a decimal comma installed";
+  for (const char* text : {"1.5", "1,5", "-0.25"}) expectSameAsStrtod(text);
+  std::setlocale(LC_NUMERIC, saved.c_str());
+}
+
+}  // namespace
