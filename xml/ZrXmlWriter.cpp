@@ -146,7 +146,8 @@ ZrXmlWriter::ZrXmlWriter(const ZrXmlWriter& other)
       m_theSchemaLocationText(other.m_theSchemaLocationText),
       m_theSchema(other.m_theSchema),
       m_theSchemaWriterFlag(other.m_theSchemaWriterFlag),
-      m_theTypeName(other.m_theTypeName) {
+      m_theTypeName(other.m_theTypeName),
+      m_theLastTypeInfo(other.m_theLastTypeInfo) {
   m_theValueStream.copyfmt(other.m_theValueStream);
   m_theValueStream.str(other.m_theValueStream.str());
 }
@@ -174,6 +175,7 @@ ZrXmlWriter& ZrXmlWriter::operator=(const ZrXmlWriter& other) {
   m_theSchema = other.m_theSchema;
   m_theSchemaWriterFlag = other.m_theSchemaWriterFlag;
   m_theTypeName = other.m_theTypeName;
+  m_theLastTypeInfo = other.m_theLastTypeInfo;
   return *this;
 }
 
@@ -483,7 +485,10 @@ void ZrXmlWriter::header(const ZrToken& root, const std::string& schemaNamespace
 // ---- values ----
 
 void ZrXmlWriter::type(const std::type_info& info) {
-  m_theTypeName = schemaTypeName(info);
+  if (&info != m_theLastTypeInfo) {
+    m_theTypeName = schemaTypeName(info);
+    m_theLastTypeInfo = &info;
+  }
   if (m_theSchemaWriterFlag) m_theSchema.setType(info);
 }
 

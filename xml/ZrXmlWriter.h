@@ -194,6 +194,8 @@ class ZrXmlWriter {
   ZrXmlSchema m_theSchema;
   bool m_theSchemaWriterFlag;
   std::string m_theTypeName;
+  // The type of the last value written: long arrays repeat it, and looking it up compares names.
+  const std::type_info* m_theLastTypeInfo = nullptr;
 };
 
 // Writes one value: records its schema type, formats it in the writer's value stream and passes the text to data().
