@@ -31,16 +31,27 @@ bool fromCharsAgreesWithStrtod() {
   return point[0] == '.' && point[1] == '\0' && std::fegetround() == FE_TONEAREST;
 }
 
-}  // namespace
-
 // from_chars and strtod both round correctly, so wherever from_chars takes the whole text as a finite
 // number the two give the same double. Every other case, rare in documents, keeps strtod's own answer.
+bool readPlainDecimal(const char* first, const char* last, double& value) {
+  const std::from_chars_result result = std::from_chars(first, last, value);
+  return result.ec == std::errc() && result.ptr == last && std::isfinite(value);
+}
+
+}  // namespace
+
 double ZrSTRING2DOUBLE(const std::string& text) {
-  const char* const last = text.data() + text.size();
   double value = 0.0;
-  const std::from_chars_result result = std::from_chars(text.data(), last, value);
-  if (result.ec == std::errc() && result.ptr == last && std::isfinite(value) &&
-      fromCharsAgreesWithStrtod())
-    return value;
+  if (readPlainDecimal(text.data(), text.data() + text.size(), value) && fromCharsAgreesWithStrtod()) return value;
   return std::strtod(text.c_str(), nullptr);
+}
+
+double ZrSTRING2DOUBLE(const char* first, const char* last) { return ZrDoubleTextRun().read(first, last); }
+
+ZrDoubleTextRun::ZrDoubleTextRun() : m_theFromCharsAgrees(fromCharsAgreesWithStrtod()) {}
+
+double ZrDoubleTextRun::read(const char* first, const char* last) const {
+  double value = 0.0;
+  if (m_theFromCharsAgrees && readPlainDecimal(first, last, value)) return value;
+  return std::strtod(std::string(first, last).c_str(), nullptr);  // strtod needs the terminating NUL
 }

@@ -16,9 +16,23 @@
 // as documents hold them, is converted several times faster than strtod manages; anything else (a
 // leading '+' or white space, trailing text, hexadecimal, infinities, NaN, a number out of range, a
 // locale whose decimal point is not '.', a rounding direction other than to nearest) is handed to
-// strtod itself.
+// strtod itself. The range form reads the characters [first, last) the same way, for words that are
+// views into a larger text: only texts that go to strtod are copied.
 std::string ZrINT2STRING(int value);
 std::string ZrDOUBLE2STRING(double value);
 double ZrSTRING2DOUBLE(const std::string& text);
+double ZrSTRING2DOUBLE(const char* first, const char* last);
+
+// ZrSTRING2DOUBLE for a run of many numbers, such as the words of one array: whether the fast
+// conversion agrees with strtod (the locale's decimal point, the rounding direction) is asked once,
+// when the run is made, instead of once per number. A run is meant to live no longer than a loop.
+class ZrDoubleTextRun {
+ public:
+  ZrDoubleTextRun();
+  double read(const char* first, const char* last) const;
+
+ private:
+  bool m_theFromCharsAgrees;
+};
 
 #endif

@@ -19,8 +19,14 @@ std::uint64_t bits(double value) {
   return pattern;
 }
 
+// The string, the character range and the run of many numbers must all agree with strtod.
 void expectSameAsStrtod(const std::string& text) {
-  EXPECT_EQ(bits(ZrSTRING2DOUBLE(text)), bits(std::strtod(text.c_str(), nullptr))) << '"' << text << '"';
+  const std::uint64_t expected = bits(std::strtod(text.c_str(), nullptr));
+  const char* const first = text.data();
+  const char* const last = first + text.size();
+  EXPECT_EQ(bits(ZrSTRING2DOUBLE(text)), expected) << '"' << text << '"';
+  EXPECT_EQ(bits(ZrSTRING2DOUBLE(first, last)), expected) << "range \"" << text << '"';
+  EXPECT_EQ(bits(ZrDoubleTextRun().read(first, last)), expected) << "run \"" << text << '"';
 }
 
 TEST(ZrNumberParse, PlainAndAwkwardTextsReadAsStrtodReadsThem) {

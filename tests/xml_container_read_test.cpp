@@ -63,6 +63,26 @@ TEST(ZrXmlContainerSize, MismatchIsAWarningAndKeepsWhatWasRead) {
   }
 }
 
+// A group's words are read in one pass; every element must still end up as its own read() leaves it:
+// the value of its text form (strtod's answer where the fast conversion declines), both flags set.
+TEST(ZrXmlVectorRead, GroupWordsHoldWhatReadGives) {
+  const std::uint8_t readFlags = ZrXmlObject::m_theXmlInitializedBit | ZrXmlObject::m_theSpecifiedBit;
+  ZrXmlVectorType<B(double)> reals;
+  ASSERT_TRUE(readRoot("<v size='4'><group>\n 1.5 -2e3\t0x10<!-- c --> 7 </group></v>", reals));
+  const double expected[] = {1.5, -2000.0, 16.0, 7.0};
+  ASSERT_EQ(reals.size(), 4u);
+  for (ZrU32 i = 0; i < reals.size(); ++i) {
+    EXPECT_EQ(reals[i].value(), expected[i]) << i;
+    EXPECT_EQ(reals[i].flags(), readFlags) << i;
+  }
+  ZrXmlVectorType<B(std::string)> words;
+  ASSERT_TRUE(readRoot("<v size='2'><group>a\n  bc</group></v>", words));
+  ASSERT_EQ(words.size(), 2u);
+  EXPECT_EQ(words[0].value(), "a");
+  EXPECT_EQ(words[1].value(), "bc");
+  EXPECT_EQ(words[1].flags(), readFlags);
+}
+
 TEST(ZrXmlContainerSize, EmptyGroupIsNotInDataMode) {
   ZrTest::PrintCapture capture;
   ZrXmlVectorType<B(double)> vector;

@@ -11,8 +11,6 @@ const int emptyElementMode = 3;
 const int contentMode = 4;
 }  // namespace
 
-ZrBaseXmlBasicType::~ZrBaseXmlBasicType() = default;
-
 void ZrBaseXmlBasicType::accept(ZrXmlObjectVisitor* visitor) const {
   if (visitor) visitor->visit(this);
 }

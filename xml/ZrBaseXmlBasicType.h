@@ -12,7 +12,7 @@ class ZrBaseXmlBasicType : public ZrXmlObject {
   ZrBaseXmlBasicType() = default;
   ZrBaseXmlBasicType(const ZrBaseXmlBasicType&) = default;
   ZrBaseXmlBasicType& operator=(const ZrBaseXmlBasicType&) = default;
-  ~ZrBaseXmlBasicType() override;
+  ~ZrBaseXmlBasicType() override = default;
 
   void accept(ZrXmlObjectVisitor* visitor) const override;
 

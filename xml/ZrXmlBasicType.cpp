@@ -9,6 +9,7 @@
 
 #include <cstdlib>
 #include <sstream>
+#include <string_view>
 #include <type_traits>
 #include <typeinfo>
 
@@ -59,6 +60,24 @@ double extractDouble(const std::string& text) {
 void parseText(const std::string& text, ZrAngle& value) { value.setValue(extractDouble(text)); }
 void parseText(const std::string& text, ZrNonNegReal& value) { value.setValue(extractDouble(text)); }
 
+// Words of long arrays: reals and strings are taken from the view itself; the other forms are defined
+// by conversions that want a terminated string, and short words fit in the string's own storage.
+template <class T>
+struct WordParser {
+  void operator()(std::string_view word, T& value) const { parseText(std::string(word), value); }
+};
+
+template <>
+struct WordParser<double> {
+  ZrDoubleTextRun run;  // one look at the locale and rounding direction for the whole group
+  void operator()(std::string_view word, double& value) const { value = run.read(word.data(), word.data() + word.size()); }
+};
+
+template <>
+struct WordParser<std::string> {
+  void operator()(std::string_view word, std::string& value) const { value.assign(word.data(), word.size()); }
+};
+
 template <class T>
 void formatText(std::ostream& out, const T& value) {
   out << value;
@@ -78,9 +97,6 @@ void formatText(std::ostream& out, char value) {
 }  // namespace
 
 template <class T>
-ZrXmlBasicType<T>::ZrXmlBasicType() : m_theValue() {}
-
-template <class T>
 ZrXmlBasicType<T>::ZrXmlBasicType(const T& value) : m_theValue(value) {}
 
 template <class T>
@@ -98,9 +114,6 @@ ZrXmlBasicType<T>& ZrXmlBasicType<T>::operator=(const T& value) {
   setValue(value);
   return *this;
 }
-
-template <class T>
-ZrXmlBasicType<T>::~ZrXmlBasicType() = default;
 
 template <class T>
 void ZrXmlBasicType<T>::accept(ZrXmlObjectVisitor* visitor) const {
@@ -190,6 +203,21 @@ ZrToken ZrXmlBasicType<T>::token() const {
 template <class T>
 void ZrXmlBasicType<T>::setValueFromString(const std::string& text) {
   parseText(text, m_theValue);
+}
+
+// The elements are made here, so they are exactly this type: no override of setValueFromString() or
+// of the base's bookkeeping could apply, and the word is parsed straight from the view.
+template <class T>
+long ZrXmlBasicType<T>::readWords(ZrXmlReader& reader, std::vector<ZrXmlBasicType>& elements) {
+  const WordParser<T> parse{};
+  long count = 0;
+  for (std::string_view word = reader.nextContentWord(); !word.empty(); word = reader.nextContentWord()) {
+    ZrXmlBasicType& element = elements.emplace_back();
+    element.setReadFlags();  // what ZrXmlObject::read gives a fresh value
+    parse(word, element.m_theValue);
+    ++count;
+  }
+  return count;
 }
 
 template <class T>

@@ -7,6 +7,7 @@
 
 #include <ostream>
 #include <string>
+#include <vector>
 
 // One plain value as an XML object: read from and written to an element's content or an
 // attribute's value in a fixed text form per type:
@@ -27,12 +28,12 @@
 template <class T>
 class ZrXmlBasicType : public ZrBaseXmlBasicType {
  public:
-  ZrXmlBasicType();
+  ZrXmlBasicType() : m_theValue() {}  // inline, like the destructor: vectors hold millions of these
   ZrXmlBasicType(const T& value);  // NOLINT: implicit, so that members can be initialised from plain values
   ZrXmlBasicType(const ZrXmlBasicType& other);
   ZrXmlBasicType& operator=(const ZrXmlBasicType& other);
   ZrXmlBasicType& operator=(const T& value);
-  ~ZrXmlBasicType() override;
+  ~ZrXmlBasicType() override = default;
 
   void accept(ZrXmlObjectVisitor* visitor) const override;
   ZrXmlObject* clone() const override;
@@ -45,6 +46,10 @@ class ZrXmlBasicType : public ZrBaseXmlBasicType {
   ZrXmlObject* newObject() const override;
   ZrToken token() const override;
   virtual void setValueFromString(const std::string& text);
+  // Appends one element per word left in the content the reader stands on (word-by-word reading),
+  // each holding what read() would have given it, and returns how many. Vectors of single values read
+  // their groups through it: no string per word, and conversion settings are looked at once per group.
+  static long readWords(ZrXmlReader& reader, std::vector<ZrXmlBasicType>& elements);
 
   const T& value() const { return m_theValue; }
   T& value() { return m_theValue; }

@@ -258,16 +258,21 @@ std::string ZrXmlFileReader::content() const {
   return m_theContent.substr(std::min(m_theContentOffset, m_theContent.size()));
 }
 
-std::string ZrXmlFileReader::contentByWord() const {
-  std::size_t size = m_theContent.size();
+std::string ZrXmlFileReader::contentByWord() const { return std::string(nextContentWord()); }
+
+// The white space after the word is taken with it, so that the offset reaches the content's end with
+// the last word and isContentAvailable() turns false without another call.
+std::string_view ZrXmlFileReader::nextContentWord() const {
+  const char* const content = m_theContent.data();
+  const std::size_t size = m_theContent.size();
   std::size_t begin = m_theContentOffset;
-  while (begin < size && isWhite(m_theContent[begin])) ++begin;
+  while (begin < size && isWhite(content[begin])) ++begin;
   std::size_t end = begin;
-  while (end < size && !isWhite(m_theContent[end])) ++end;
+  while (end < size && !isWhite(content[end])) ++end;
   std::size_t next = end;
-  while (next < size && isWhite(m_theContent[next])) ++next;
+  while (next < size && isWhite(content[next])) ++next;
   m_theContentOffset = next;
-  return m_theContent.substr(begin, end - begin);
+  return std::string_view(content + begin, end - begin);
 }
 
 ZrU32 ZrXmlFileReader::contentCount() const {

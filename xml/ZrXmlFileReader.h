@@ -96,6 +96,9 @@ class ZrXmlFileReader {
   virtual ZrU32 remainingNumOfAttributes() const;
   virtual std::string content() const;
   virtual std::string contentByWord() const;
+  // contentByWord() without the copy: the view stays valid until the next readXml(). Empty once no
+  // word is left, since a word is never empty.
+  std::string_view nextContentWord() const;
   virtual ZrU32 contentCount() const;
   virtual ZrBoolean isContentAvailable() const;
   virtual void setContentVectorFlag(bool flag);

@@ -5,8 +5,6 @@
 #include "ZrXmlSchema.h"
 #include "ZrXmlSchemaElementType.h"
 
-ZrXmlObject::ZrXmlObject() : m_theFlags(0) {}
-
 // A copy counts as specified whatever its source's flags, and registers its own members later.
 ZrXmlObject::ZrXmlObject(const ZrXmlObject&) : m_theFlags(m_theSpecifiedBit) {}
 
@@ -14,8 +12,6 @@ ZrXmlObject& ZrXmlObject::operator=(const ZrXmlObject&) {
   setFlag(m_theSpecifiedBit, true);
   return *this;
 }
-
-ZrXmlObject::~ZrXmlObject() = default;
 
 bool ZrXmlObject::operator==(const ZrXmlObject&) const { return true; }
 

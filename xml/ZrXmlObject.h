@@ -28,10 +28,11 @@ class ZrXmlObject {
   static constexpr std::uint8_t m_theXmlInitializedBit = 0x01;
   static constexpr std::uint8_t m_theSpecifiedBit = 0x02;
 
-  ZrXmlObject();
+  // Construction and destruction are inline: arrays of small objects make and drop millions of them.
+  ZrXmlObject() : m_theFlags(0) {}
   ZrXmlObject(const ZrXmlObject& other);
   ZrXmlObject& operator=(const ZrXmlObject& other);
-  virtual ~ZrXmlObject();
+  virtual ~ZrXmlObject() = default;
 
   // The base holds no value: any two objects compare equal here. Values are compared by equality().
   bool operator==(const ZrXmlObject& other) const;
@@ -60,6 +61,10 @@ class ZrXmlObject {
  protected:
   // Runs xmlInit once, also from const operations: registrations are built on first use.
   void ensureXmlInit() const;
+  // The flags read() leaves, set without its virtual calls: only for objects whose class keeps the
+  // base's xmlInit, xmlInitialized and setSpecified, such as the plain values that containers make
+  // by the million while reading.
+  void setReadFlags() { m_theFlags = static_cast<std::uint8_t>(m_theFlags | m_theXmlInitializedBit | m_theSpecifiedBit); }
 
  private:
   void setFlag(std::uint8_t bit, ZrBoolean value) const;

@@ -127,6 +127,10 @@ std::string ZrXmlReader::content() const { return top() ? top()->content() : std
 
 std::string ZrXmlReader::contentByWord() const { return top() ? top()->contentByWord() : std::string(); }
 
+std::string_view ZrXmlReader::nextContentWord() const {
+  return top() ? top()->nextContentWord() : std::string_view();
+}
+
 ZrU32 ZrXmlReader::contentCount() const { return top() ? top()->contentCount() : 0; }
 
 ZrBoolean ZrXmlReader::isContentAvailable() const { return top() ? top()->isContentAvailable() : false; }

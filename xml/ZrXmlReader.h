@@ -9,6 +9,7 @@
 #include <istream>
 #include <memory>
 #include <string>
+#include <string_view>
 
 class ZrBaseXmlFactory;
 class ZrXmlObject;
@@ -51,6 +52,9 @@ class ZrXmlReader {
   virtual ZrU32 remainingNumOfAttributes() const;
   virtual std::string content() const;
   virtual std::string contentByWord() const;
+  // The next word of the content as a view that stays valid until the next readXml(); empty when no
+  // word is left. Long arrays of single values are read through it, a word at a time without a copy.
+  virtual std::string_view nextContentWord() const;
   virtual ZrU32 contentCount() const;
   virtual ZrBoolean isContentAvailable() const;
   virtual void setContentVectorFlag(bool flag);

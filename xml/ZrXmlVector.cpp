@@ -177,6 +177,5 @@ void ZrXmlVector::RealWriter::write(double value) {
   char digits[64];
   const std::to_chars_result end =
       std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, m_thePrecision);
-  m_theText.assign(digits, end.ptr);
-  m_theWriter.data(m_theText);
+  m_theWriter.data(digits, static_cast<std::size_t>(end.ptr - digits));  // no string per value
 }

@@ -69,7 +69,8 @@ class ZrXmlVector : public ZrXmlObject {
   // stream's formatting machinery is most of the cost of writing long arrays of reals; when the
   // writer's value stream is in its default state (classic locale, default flags) its text equals
   // printf's "%.<precision>g", which to_chars gives directly, so those reals skip the stream. Any
-  // other state keeps the stream. The state is looked at once, when the RealWriter is made.
+  // other state keeps the stream. The state is looked at once, when the RealWriter is made. The short
+  // way hands the digits to the writer's text form of data(), not to the virtual data().
   class RealWriter {
    public:
     explicit RealWriter(ZrXmlWriter& writer);
@@ -79,7 +80,6 @@ class ZrXmlVector : public ZrXmlObject {
     ZrXmlWriter& m_theWriter;
     bool m_theShortWay;
     int m_thePrecision;
-    std::string m_theText;
   };
 
  private:

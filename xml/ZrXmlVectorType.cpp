@@ -11,6 +11,12 @@
 #include <type_traits>
 
 namespace {
+// The single value types, whose elements read a word of a group without a string of their own.
+template <class E>
+struct isPlainValue : std::false_type {};
+template <class T>
+struct isPlainValue<ZrXmlBasicType<T>> : std::true_type {};
+
 const int startTagMode = 1;
 const int emptyElementMode = 3;
 const int contentMode = 4;
@@ -18,10 +24,12 @@ const ZrU32 documentRootDepth = 1;  // a piecewise document with only its root o
 
 // Reals go the short way of ZrXmlVector::RealWriter, each after the base write that ZrXmlBasicType's
 // own write begins with.
+// The elements are exactly ZrXmlBasicType<double>, which keeps the base's xmlInitialized(), so the
+// flag is tested directly and the base write (which only initialises) is called for new elements only.
 void writeReals(ZrXmlWriter& writer, const std::vector<ZrXmlBasicType<double>>& reals) {
   ZrXmlVector::RealWriter realWriter(writer);
   for (const ZrXmlBasicType<double>& real : reals) {
-    real.ZrXmlObject::write(writer);
+    if (!(real.flags() & ZrXmlObject::m_theXmlInitializedBit)) real.ZrXmlObject::write(writer);
     realWriter.write(real.value());
   }
 }
@@ -110,14 +118,20 @@ ZrBoolean ZrXmlVectorType<E>::read(ZrXmlReader& reader) {
   return result;
 }
 
-// Each single value takes the next word of the group's content.
+// Each single value takes the next word of the group's content. The plain value types read the whole
+// group in one call (a string per word and a virtual read per element cost more than the number
+// itself); each element ends up as its read() would leave it.
 template <class E>
 void ZrXmlVectorType<E>::readGroup(ZrXmlReader& reader, long& count) {
   if (!ZrXmlContainerReading::enterGroupContent(reader, "ZrXmlVectorType")) return;
-  while (reader.isContentAvailable()) {
-    m_theElements.emplace_back();
-    m_theElements.back().read(reader);
-    ++count;
+  if constexpr (isPlainValue<E>::value) {
+    count += E::readWords(reader, m_theElements);
+  } else {
+    while (reader.isContentAvailable()) {
+      m_theElements.emplace_back();
+      m_theElements.back().read(reader);
+      ++count;
+    }
   }
   reader.setContentVectorFlag(false);
 }

@@ -192,6 +192,10 @@ void ZrXmlWriter::put(const char* text) {
   if (m_theOutput) *m_theOutput << text;
 }
 
+void ZrXmlWriter::put(const char* text, std::size_t size) {
+  if (m_theOutput) m_theOutput->write(text, static_cast<std::streamsize>(size));
+}
+
 void ZrXmlWriter::tab(unsigned count) {
   for (unsigned i = 0; i < count; ++i) put(m_theIndentString);
 }
@@ -335,16 +339,20 @@ void ZrXmlWriter::setAttributeName(const ZrToken& token) {
   if (m_theSchemaWriterFlag) m_theSchema.setAttributeName(token);
 }
 
-void ZrXmlWriter::attributeValue(const std::string& text) {
+void ZrXmlWriter::attributeValue(const std::string& text) { putAttributeValue(text.data(), text.size()); }
+
+void ZrXmlWriter::putAttributeValue(const char* text, std::size_t size) {
   put("\"");
-  put(text);
+  put(text, size);
   put("\"");
   m_theMode = 3;
 }
 
+void ZrXmlWriter::content(const std::string& text) { appendContent(text.data(), text.size()); }
+
 // Items are separated by one blank; every numOfContentColumns items a new row begins, indented by
 // two blanks per open element.
-void ZrXmlWriter::content(const std::string& text) {
+void ZrXmlWriter::appendContent(const char* text, std::size_t size) {
   if (m_theContentCount != 0) {
     if (m_theNumOfContentColumns != 0 && m_theContentCount % m_theNumOfContentColumns == 0) {
       m_theContentBuffer.push_back('\n');
@@ -353,7 +361,7 @@ void ZrXmlWriter::content(const std::string& text) {
       m_theContentBuffer.push_back(' ');
     }
   }
-  m_theContentBuffer.append(text);
+  m_theContentBuffer.append(text, size);
   ++m_theContentCount;
   m_theMode = 4;
 }
@@ -368,13 +376,31 @@ void ZrXmlWriter::data(const std::string& text) {
     case 4:
       content(text);
       return;
-    default: {
-      const char* element = m_theDepth ? m_theElementStack[m_theDepth - 1].element.tokenText().c_str() : "";
-      Zr::Print::instance().write(Zr::PrintError,
-                                  "ZrXmlWriter Error: element %s is placing content at incorrect location.\n\tFile: %s\n",
-                                  element, m_theFilename.c_str());
-    }
+    default:
+      reportMisplacedData();
   }
+}
+
+void ZrXmlWriter::data(const char* text, std::size_t size) {
+  switch (m_theMode) {
+    case 2:
+      putAttributeValue(text, size);
+      return;
+    case 1:
+    case 3:
+    case 4:
+      appendContent(text, size);
+      return;
+    default:
+      reportMisplacedData();
+  }
+}
+
+void ZrXmlWriter::reportMisplacedData() const {
+  const char* element = m_theDepth ? m_theElementStack[m_theDepth - 1].element.tokenText().c_str() : "";
+  Zr::Print::instance().write(Zr::PrintError,
+                              "ZrXmlWriter Error: element %s is placing content at incorrect location.\n\tFile: %s\n",
+                              element, m_theFilename.c_str());
 }
 
 void ZrXmlWriter::writeNilEnding() {

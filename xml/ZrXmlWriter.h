@@ -111,6 +111,11 @@ class ZrXmlWriter {
   virtual void setLanguageSelection(LANGUAGE language);
   virtual void type(const std::type_info& info);
   virtual void data(const std::string& text);
+  // data() for text that is not held in a string, such as digits formatted on the stack: the same
+  // output, without a string per value. It goes past the virtual data(), attributeValue() and
+  // content(), so a derived writer overriding those does not see these texts; the reals of vectors,
+  // orientations and arrays are written through it.
+  void data(const char* text, std::size_t size);
   virtual ZrBoolean writeDefaultDataFlag() const;
   virtual void setWriteDefaultDataFlag(ZrBoolean flag);
   virtual void attributeValue(const std::string& text);
@@ -162,6 +167,10 @@ class ZrXmlWriter {
 
   void put(const std::string& text);
   void put(const char* text);
+  void put(const char* text, std::size_t size);
+  void putAttributeValue(const char* text, std::size_t size);
+  void appendContent(const char* text, std::size_t size);
+  void reportMisplacedData() const;
   void openElement(const ZrToken& token);
   ElementStruct& pushElement(const ZrToken& token);
   ElementStruct& innermost() { return m_theElementStack[m_theDepth - 1]; }
