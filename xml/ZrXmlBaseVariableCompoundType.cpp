@@ -95,7 +95,8 @@ ZrBoolean ZrXmlBaseVariableCompoundType::writeSchema(ZrXmlSchema& schema) const 
     std::unique_ptr<ZrXmlObject> sample(entry.second ? entry.second() : nullptr);
     if (!sample) continue;
     schema.writeStartTag(entry.first, plainStartTagOption);
-    const char* typeName = typeid(*sample).name();
+    const ZrXmlObject& object = *sample;  // named first: clang warns about typeid over a call
+    const char* typeName = typeid(object).name();
     if (*typeName == '*') ++typeName;
     if (!schema.isRegistered(entry.first, typeName)) {
       sample->writeSchema(schema);

@@ -42,11 +42,13 @@ unsigned short majorVersion(const std::string& version) {
 
 }  // namespace
 
+bool ZrXmlReader::m_theDefaultHttpIncludesAllowed = true;
+
 ZrXmlReader::ZrXmlReader()
     : m_theVersionCheckPending(true),
       m_theVersionFlag(true),
       m_theMaxIncludeDepth(m_theDefaultMaxIncludeDepth),
-      m_theHttpIncludesAllowed(true) {}
+      m_theHttpIncludesAllowed(m_theDefaultHttpIncludesAllowed) {}
 
 ZrXmlReader::ZrXmlReader(const std::string& filename, std::istream& stream) : ZrXmlReader() {
   m_theFileReaders.emplace_back(filename, stream, nullptr);

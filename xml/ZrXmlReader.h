@@ -88,6 +88,10 @@ class ZrXmlReader {
   ZrU32 maxIncludeDepth() const { return m_theMaxIncludeDepth; }
   void setHttpIncludesAllowed(bool allowed) { m_theHttpIncludesAllowed = allowed; }
   bool httpIncludesAllowed() const { return m_theHttpIncludesAllowed; }
+  // What new readers start with; a program that must never reach the network (a fuzzer, a sandboxed
+  // tool) switches HTTP includes off here once, before any reader is made.
+  static bool defaultHttpIncludesAllowed() { return m_theDefaultHttpIncludesAllowed; }
+  static void setDefaultHttpIncludesAllowed(bool allowed) { m_theDefaultHttpIncludesAllowed = allowed; }
   ZrU32 depth() const { return static_cast<ZrU32>(m_theFileReaders.size()); }
 
   // The file reader of the document being read (null before open), for tools that show where they
@@ -120,6 +124,8 @@ class ZrXmlReader {
   std::shared_ptr<ZrBaseXmlFactory> m_theFactory;
   ZrU32 m_theMaxIncludeDepth;
   bool m_theHttpIncludesAllowed;
+
+  static bool m_theDefaultHttpIncludesAllowed;
 };
 
 #endif
