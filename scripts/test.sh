@@ -3,6 +3,6 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/deps.sh
-scripts/build.sh -DZR_BUILD_BENCHMARKS=OFF
+scripts/build.sh -DZR_BUILD_BENCHMARKS=OFF -DZR_BUILD_TESTS=ON
 build="${ZR_BUILD_DIR:-build}"
 ctest --test-dir "$build" --output-on-failure -j "$(nproc)"
