@@ -494,14 +494,7 @@ int ZrXmlFileReader::nextEvent() {
     std::string_view tag(m_theReadBuffer.data() + m_theReadIndex, close - m_theReadIndex);
     consumeTo(close + 1);
 
-    if (!tag.empty() && tag[0] == '!' && startsWith(tag, "!--")) {
-      if (!endsWith(tag, "--")) skipCommentRest(tag.back(), false, nullptr);
-      continue;
-    }
-    if (!tag.empty() && tag[0] == '?') {
-      if (tag.back() != '?') warnMessage("file not well formed.\n\tDeclaration not properly defined.");
-      continue;
-    }
+    if (skipCommentOrDeclaration(tag, nullptr)) continue;
 
     int type = classifyTag(tag);
     if (type == 5) {
@@ -527,9 +520,9 @@ int ZrXmlFileReader::nextEvent() {
 // The rest of a comment whose first '>' came before a closing "--": it ends at the first "--" that
 // follows (counting the tag's last character) and then at the next '>'. With `text`, the characters read
 // are appended to it the way the tag text grows.
-void ZrXmlFileReader::skipCommentRest(char lastChar, bool endsWithDashes, std::string* text) {
+void ZrXmlFileReader::skipCommentRest(char lastChar, std::string* text) {
   char previous = lastChar;
-  while (!endsWithDashes) {
+  for (bool endsWithDashes = false; !endsWithDashes;) {
     std::size_t dash = findChar('-', m_theReadIndex);
     if (dash == npos) {
       if (text) text->append(m_theReadBuffer, m_theReadIndex, std::string::npos);
@@ -555,9 +548,13 @@ void ZrXmlFileReader::skipCommentRest(char lastChar, bool endsWithDashes, std::s
   if (!clean) warnMessage("file not well formed.\n\tComment contains extra -- in it.");
 }
 
-ZrBoolean ZrXmlFileReader::isComment(std::string& tag) {
+// A comment ("!--") is read on to its end when its first '>' came before a closing "--"; a declaration
+// ("?") is only checked for its closing '?'. False, consuming nothing, for any other tag. With `text`,
+// the rest of a comment is appended to it; `tag` is not looked at after that, so it may view `text` or
+// the read buffer, which reading on may move.
+bool ZrXmlFileReader::skipCommentOrDeclaration(std::string_view tag, std::string* text) {
   if (startsWith(tag, "!--")) {
-    if (!endsWith(tag, "--")) skipCommentRest(tag.back(), false, &tag);
+    if (!endsWith(tag, "--")) skipCommentRest(tag.back(), text);
     return true;
   }
   if (!tag.empty() && tag[0] == '?') {
@@ -566,6 +563,8 @@ ZrBoolean ZrXmlFileReader::isComment(std::string& tag) {
   }
   return false;
 }
+
+ZrBoolean ZrXmlFileReader::isComment(std::string& tag) { return skipCommentOrDeclaration(tag, &tag); }
 
 int ZrXmlFileReader::tagType(std::string& tag) { return classifyTag(tag); }
 
@@ -915,11 +914,7 @@ bool ZrXmlFileReader::fastSkipMarkup() {
   }
   std::string_view tag(m_theReadBuffer.data() + m_theReadIndex + 1, close - m_theReadIndex - 1);
   consumeTo(close + 1);
-  if (startsWith(tag, "!--")) {
-    if (!endsWith(tag, "--")) skipCommentRest(tag.back(), false, nullptr);
-  } else if (tag[0] == '?' && tag.back() != '?') {
-    warnMessage("file not well formed.\n\tDeclaration not properly defined.");
-  }
+  skipCommentOrDeclaration(tag, nullptr);  // any other '<!...>' is passed over as it stands
   return true;
 }
 

@@ -182,7 +182,8 @@ class ZrXmlFileReader {
   void readUntil(unsigned char charClass, std::string& out);
 
   // Events.
-  void skipCommentRest(char lastChar, bool endsWithDashes, std::string* text);
+  void skipCommentRest(char lastChar, std::string* text);
+  bool skipCommentOrDeclaration(std::string_view tag, std::string* text);
   int classifyTag(std::string_view tag);
   int readEndTag(std::string_view tag);
   bool parseStartTag(std::string_view text);
