@@ -47,6 +47,17 @@ bool isAllWhite(std::string_view text) {
   return true;
 }
 
+ZrU32 countWords(std::string_view text) {
+  ZrU32 count = 0;
+  bool inWord = false;
+  for (char c : text) {
+    bool white = isWhite(c);
+    if (!white && !inWord) ++count;
+    inWord = !white;
+  }
+  return count;
+}
+
 // Trims white space at both ends; a text made only of white space is left as it is, like ZrToken::strip.
 std::string_view stripView(std::string_view text) {
   std::size_t first = 0;
@@ -276,7 +287,7 @@ std::string_view ZrXmlFileReader::nextContentWord() const {
 }
 
 ZrU32 ZrXmlFileReader::contentCount() const {
-  return wordCount(m_theContentOffset == 0 ? m_theContent : m_theContent.substr(m_theContentOffset));
+  return countWords(std::string_view(m_theContent).substr(std::min(m_theContentOffset, m_theContent.size())));
 }
 
 ZrBoolean ZrXmlFileReader::isContentAvailable() const { return m_theContentOffset < m_theContent.size(); }
@@ -834,16 +845,7 @@ std::string ZrXmlFileReader::nextWord(std::string& text) const {
   return word;
 }
 
-ZrU32 ZrXmlFileReader::wordCount(const std::string& text) const {
-  ZrU32 count = 0;
-  bool inWord = false;
-  for (char c : text) {
-    bool white = isWhite(c);
-    if (!white && !inWord) ++count;
-    inWord = !white;
-  }
-  return count;
-}
+ZrU32 ZrXmlFileReader::wordCount(const std::string& text) const { return countWords(text); }
 
 std::string ZrXmlFileReader::nextQuotedToken(std::string& text) const {
   if (text.empty() || (text[0] != '"' && text[0] != '\'')) return nextWord(text);
