@@ -55,19 +55,10 @@ ZrXmlReader::ZrXmlReader(const std::string& filename, std::istream& stream) : Zr
 }
 
 // Copies take the open documents (each file reader copied, the included streams shared), both flags,
-// the limits and a share of the factory.
+// the limits and a share of the factory; assigning a reader to itself changes nothing.
 ZrXmlReader::ZrXmlReader(const ZrXmlReader& other) = default;
 
-ZrXmlReader& ZrXmlReader::operator=(const ZrXmlReader& other) {
-  if (this == &other) return *this;
-  m_theFileReaders = other.m_theFileReaders;
-  m_theVersionCheckPending = other.m_theVersionCheckPending;
-  m_theVersionFlag = other.m_theVersionFlag;
-  m_theFactory = other.m_theFactory;
-  m_theMaxIncludeDepth = other.m_theMaxIncludeDepth;
-  m_theHttpIncludesAllowed = other.m_theHttpIncludesAllowed;
-  return *this;
-}
+ZrXmlReader& ZrXmlReader::operator=(const ZrXmlReader& other) = default;
 
 // Included documents are let go from the innermost outwards; their streams go with the last share.
 ZrXmlReader::~ZrXmlReader() {
