@@ -230,10 +230,12 @@ std::string ZrXmlWriter::declarationPrefix(const std::string& xmlNamespace) cons
 
 // ---- element protocol ----
 
-ZrXmlWriter::ElementStruct& ZrXmlWriter::pushElement(const ZrToken& token) {
+// The name is assigned part by part, so that a reused slot keeps the storage of its strings.
+ZrXmlWriter::ElementStruct& ZrXmlWriter::pushElement(const std::string& xmlNamespace, const std::string& localName) {
   if (m_theDepth == m_theElementStack.size()) m_theElementStack.emplace_back();
   ElementStruct& element = m_theElementStack[m_theDepth++];
-  element.element = token;
+  element.element.setNamespace(xmlNamespace);
+  element.element.assign(localName);
   element.namespaces.clear();
   return element;
 }
@@ -258,24 +260,22 @@ void ZrXmlWriter::startContent() {
 }
 
 void ZrXmlWriter::writeStartTag(const ZrToken& token) {
-  openElement(token);
+  openElement(token.namespaceText(), token.tokenText());
   if (m_theSchemaWriterFlag) m_theSchema.writeStartTag(token, ZrXmlSchemaElementType::XML_STARTTAG_OPTION);
 }
 
 // The child takes its parent's namespace, so it never needs a declaration of its own. The generator is
 // told that the child is its parent's own ("group", "element", "key" and the like), which it describes
-// by the containers' layout.
+// by the containers' layout. The parent's namespace is taken from its entry, without a token made per
+// child: containers write one such child per element.
 void ZrXmlWriter::writeStartTagUsingParentNamespace(const ZrToken& token) {
-  openElement(m_theDepth == 0 ? token
-                              : ZrToken(m_theElementStack[m_theDepth - 1].element.namespaceText(), token.tokenText()));
+  openElement(m_theDepth == 0 ? token.namespaceText() : innermost().element.namespaceText(), token.tokenText());
   if (m_theSchemaWriterFlag)
     m_theSchema.writeStartTagUsingParentNamespace(token, ZrXmlSchemaElementType::XML_STARTTAG_OPTION);
 }
 
-void ZrXmlWriter::openElement(const ZrToken& token) {
-  const std::string& xmlNamespace = token.namespaceText();
-  const std::string& localName = token.tokenText();
-
+// The two texts may live in the parent's entry, which pushing the new entry leaves in place.
+void ZrXmlWriter::openElement(const std::string& xmlNamespace, const std::string& localName) {
   const std::string* knownPrefix = nullptr;
   std::string newPrefix;
   bool declare = false;
@@ -295,7 +295,7 @@ void ZrXmlWriter::openElement(const ZrToken& token) {
   tab(static_cast<unsigned>(m_theDepth));
   // A known prefix lives in an open element below the new one, and growing the stack keeps
   // references valid, so the reused slot can take the qualified name without a temporary.
-  ElementStruct& element = pushElement(token);
+  ElementStruct& element = pushElement(xmlNamespace, localName);
   element.qualifiedName.clear();
   if (!prefix.empty()) element.qualifiedName.append(prefix).append(1, ':');
   element.qualifiedName.append(localName);
@@ -483,7 +483,7 @@ void ZrXmlWriter::header(const ZrToken& root, const std::string& schemaNamespace
   const std::string& xmlNamespace = root.namespaceText();
   m_theCurrentNamespace = xmlNamespace;
   closeOpenStartTag();
-  ElementStruct& element = pushElement(root);
+  ElementStruct& element = pushElement(root.namespaceText(), root.tokenText());
   element.qualifiedName = root.tokenText();
   element.namespaces.emplace(theSchemaInstanceUri, theSchemaInstancePrefix);
   if (!xmlNamespace.empty()) element.namespaces.emplace(xmlNamespace, "");

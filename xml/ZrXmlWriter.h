@@ -171,8 +171,8 @@ class ZrXmlWriter {
   void putAttributeValue(const char* text, std::size_t size);
   void appendContent(const char* text, std::size_t size);
   void reportMisplacedData() const;
-  void openElement(const ZrToken& token);
-  ElementStruct& pushElement(const ZrToken& token);
+  void openElement(const std::string& xmlNamespace, const std::string& localName);
+  ElementStruct& pushElement(const std::string& xmlNamespace, const std::string& localName);
   ElementStruct& innermost() { return m_theElementStack[m_theDepth - 1]; }
   const std::string* prefixInForce(const std::string& xmlNamespace) const;
   bool prefixReboundBelow(const std::string& prefix, size_t level) const;
