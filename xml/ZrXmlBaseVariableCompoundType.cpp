@@ -57,6 +57,7 @@ ZrBoolean ZrXmlBaseVariableCompoundType::xmlInit() {
 ZrBoolean ZrXmlBaseVariableCompoundType::read(ZrXmlReader& reader) {
   const ZrBoolean result = ZrXmlObject::read(reader);
   if (!result || reader.mode() == emptyElementMode) return result;
+  if (!reader.enterObject()) return result;
   int mode = reader.readXml();
   while (isElementStart(mode)) {
     const ZrToken child = reader.element();
@@ -67,6 +68,7 @@ ZrBoolean ZrXmlBaseVariableCompoundType::read(ZrXmlReader& reader) {
     }
     mode = reader.readXml();
   }
+  reader.leaveObject();
   return result;
 }
 

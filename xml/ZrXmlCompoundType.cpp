@@ -79,12 +79,14 @@ ZrBoolean ZrXmlCompoundType::readAttributes(ZrXmlReader& reader) {
 // Children missing from the document leave their members as they were.
 ZrBoolean ZrXmlCompoundType::readElements(ZrXmlReader& reader) {
   if (reader.mode() == emptyElementMode) return true;
+  if (!reader.enterObject()) return true;
   int mode = reader.readXml();
   while (isElementStart(mode)) {
     ZrToken child = reader.element();
     if (!readValueFromToken(child, reader)) reader.nextMatchingEndTag();
     mode = reader.readXml();
   }
+  reader.leaveObject();
   return true;
 }
 

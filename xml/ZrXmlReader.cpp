@@ -60,6 +60,19 @@ ZrXmlReader::ZrXmlReader(const ZrXmlReader& other) = default;
 
 ZrXmlReader& ZrXmlReader::operator=(const ZrXmlReader& other) = default;
 
+ZrBoolean ZrXmlReader::enterObject() {
+  if (m_theObjectDepth < m_theMaxObjectDepth) {
+    ++m_theObjectDepth;
+    return true;
+  }
+  Zr::Print::instance().write(Zr::PrintError,
+                              "ZrXmlReader Error: objects nested deeper than %u levels; element %s skipped.\n\tFile: "
+                              "%s\n\tLine: %d\n",
+                              m_theMaxObjectDepth, element().c_str(), filename().c_str(), lineCountOfFile());
+  nextMatchingEndTag();
+  return false;
+}
+
 // Included documents are let go from the innermost outwards; their streams go with the last share.
 ZrXmlReader::~ZrXmlReader() {
   while (!m_theFileReaders.empty()) m_theFileReaders.pop_back();

@@ -31,6 +31,10 @@ class ZrXmlReader {
   typedef ZrXmlObject* (*Creator)();
 
   static const ZrU32 m_theDefaultMaxIncludeDepth = 64;
+  // Objects read their children by calling the children's read, so a document can drive the recursion
+  // as deep as it nests recursive models (trees of nodes). Past this many levels the element is
+  // reported and skipped, well before the stack runs out (also in sanitized builds).
+  static const ZrU32 m_theDefaultMaxObjectDepth = 1000;
 
   ZrXmlReader();
   ZrXmlReader(const std::string& filename, std::istream& stream);
@@ -94,6 +98,16 @@ class ZrXmlReader {
   static void setDefaultHttpIncludesAllowed(bool allowed) { m_theDefaultHttpIncludesAllowed = allowed; }
   ZrU32 depth() const { return static_cast<ZrU32>(m_theFileReaders.size()); }
 
+  // Nesting of objects being read. A compound calls enterObject() before reading its children and,
+  // when it returned true, leaveObject() after them; when it returned false the limit was reached, the
+  // element has been reported and skipped to its end tag, and the compound reads nothing more.
+  void setMaxObjectDepth(ZrU32 depth) { m_theMaxObjectDepth = depth; }
+  ZrU32 maxObjectDepth() const { return m_theMaxObjectDepth; }
+  ZrBoolean enterObject();
+  void leaveObject() {
+    if (m_theObjectDepth > 0) --m_theObjectDepth;
+  }
+
   // The file reader of the document being read (null before open), for tools that show where they
   // stand: its open elements, last end tag, and whether its input has run out.
   const ZrXmlFileReader* currentFileReader() const { return top(); }
@@ -124,6 +138,8 @@ class ZrXmlReader {
   std::shared_ptr<ZrBaseXmlFactory> m_theFactory;
   ZrU32 m_theMaxIncludeDepth;
   bool m_theHttpIncludesAllowed;
+  ZrU32 m_theObjectDepth = 0;
+  ZrU32 m_theMaxObjectDepth = m_theDefaultMaxObjectDepth;
 
   static bool m_theDefaultHttpIncludesAllowed;
 };
