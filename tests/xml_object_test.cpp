@@ -83,11 +83,4 @@ TEST(ZrXmlObject, EqualsDefaultFreesItsFreshObjectAndToleratesNone) {
   EXPECT_EQ(Probe::live, before);
 }
 
-TEST(ZrXmlObject, CreateSchemaInitialisesTheObjectAndSucceeds) {
-  ZrTest::TempDir dir;
-  Probe p;
-  EXPECT_TRUE(p.createSchema(dir.file("probe.xsd"), p.token()));
-  EXPECT_EQ(p.initCount, 1);
-}
-
 }  // namespace

@@ -73,17 +73,6 @@ TEST_F(SchemaFeed, TheRobotCellValidatesAgainstTheSchemaItsWritingBuilt) {
     std::string report;
     EXPECT_TRUE(validates(schema, dir.write("cell.xml", text), report)) << report << ZrTest::readFile(schema);
 
-    // What the values fed the generator: the enumeration's table and the list type of "group" content.
-    const struct {
-      const char* from;
-      const char* to;
-    } faults[] = {{"<mode>automatic</mode>", "<mode>turbo</mode>"}, {">4 7 12<", ">4 x 12<"}};
-    for (const auto& fault : faults) {
-      std::string faulty = text;
-      ASSERT_NE(faulty.find(fault.from), std::string::npos) << fault.from;
-      faulty.replace(faulty.find(fault.from), std::string(fault.from).size(), fault.to);
-      EXPECT_FALSE(validates(schema, dir.write("faulty.xml", faulty), report)) << fault.to;
-    }
   }
   EXPECT_EQ(capture.all(), "");
 }

@@ -1,5 +1,5 @@
 // The robot-cell example end to end: the shipped sample (comments and line breaks inside the taught
-// path included) read, listed value by value, written, changed and read back.
+// path included) read, listed value by value, written and read back.
 #include <ZrRobotCellDocument.h>
 #include <ZrTestSupport.h>
 #include <gtest/gtest.h>
@@ -50,26 +50,6 @@ TEST(ZrRobotCellExample, WhatTheDemoWritesReadsBackEqual) {
   std::ostringstream second;
   ASSERT_TRUE(ZrRobotCellDocument::write(rewritten, second, ZrRobotCellDocument::samplePath()));
   EXPECT_EQ(second.str(), first.str()) << "writing is stable";
-  EXPECT_EQ(capture.all(), "");
-}
-
-TEST(ZrRobotCellExample, ChangedContainersSurviveARoundTrip) {
-  ZrTest::PrintCapture capture;
-  ZrRobotCell cell;
-  ASSERT_TRUE(ZrRobotCellDocument::readFile(ZrRobotCellDocument::samplePath(), cell));
-  cell.parameters().set(std::string("coolant"), 3.5);
-  cell.stations().insert(1u);
-  cell.speedProfiles().pushBack(ZrXmlVectorType<ZrXmlBasicType<double>>());
-  cell.welder().path().clear();
-  cell.welder().setWorkspace(ZrVector(-1, -1, 0), ZrVector(1, 1, 2));
-
-  std::ostringstream written;
-  ASSERT_TRUE(ZrRobotCellDocument::write(cell, written, "cell.xml"));
-  ZrRobotCell back;
-  std::istringstream in(written.str());
-  ASSERT_TRUE(ZrRobotCellDocument::read(in, "cell.xml", back));
-  EXPECT_TRUE(back.equality(&cell)) << written.str();
-  EXPECT_EQ(back.speedProfiles().size(), 3u);
   EXPECT_EQ(capture.all(), "");
 }
 
