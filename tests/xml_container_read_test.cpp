@@ -182,7 +182,6 @@ TEST(ZrXmlVectorErase, BoundsAndMessages) {
   } cases[] = {
       {5, ~0u, false, {0, 1, 2, 3, 4}, "ZrXmlVectorType<ElementType>::erase(): index (5) exceeds vector size (5).\n"},
       {4, ~0u, true, {0, 1, 2, 3}, ""},
-      {0, ~0u, true, {1, 2, 3, 4}, ""},
       {2, 2, true, {0, 1, 2, 3, 4}, ""},
       {1, 3, true, {0, 3, 4}, ""},
       {0, 5, true, {}, ""},

@@ -57,8 +57,6 @@ TEST_F(ZrFormulaExample, PrintsOnlyTheParenthesesThatPrecedenceNeeds) {
       {"<difference><difference><constant value='9'/><constant value='4'/></difference><constant value='2'/>"
        "</difference>",
        "9 - 4 - 2", 3},
-      {"<quotient><constant value='12'/><product><constant value='2'/><constant value='3'/></product></quotient>",
-       "12 / (2 * 3)", 2},
       {"<product><sum><constant value='1'/><constant value='2'/></sum><constant value='3'/></product>", "(1 + 2) * 3",
        9},
       {"<difference><variable name='x' value='4'/></difference>", "0 - x", -4},

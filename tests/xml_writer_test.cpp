@@ -88,8 +88,6 @@ TEST(ZrXmlWriter, LayoutOfCallSequences) {
        "<r" + xA + ">\n <c>1 2 3 4 5 6 7 8 9 10\n    11</c>\n</r>\n"},
       {"columns set after the start tag", "<a:v #3" + items(4) + " /", "<v" + xA + ">1 2 3\n  4</v>\n"},
       {"zero columns never wrap", "<a:v #0" + items(11) + " /", "<v" + xA + ">1 2 3 4 5 6 7 8 9 10 11</v>\n"},
-      {"nesting, attribute then content", "<a:r <a:a <a:b @k=v =two_words / / /",
-       "<r" + xA + ">\n <a>\n  <b k=\"v\">two words</b>\n </a>\n</r>\n"},
       {"declared once per subtree", "<a:r <b:x <b:y =1 / <a:back =2 / / <b:z =3 / /",
        "<r" + xA + ">\n <b:x" + xB + ">\n  <b:y>1</b:y>\n  <back>2</back>\n </b:x>\n <b:z" + xB + ">3</b:z>\n</r>\n"},
       {"parent namespace rule", "<a:r <b:x ^group =1 / / ^b:element =2 / /",
