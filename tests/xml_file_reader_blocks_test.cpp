@@ -170,10 +170,10 @@ double secondsToRead(const LongToken& token, size_t size, std::vector<std::strin
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-// A tag, a comment or a text run spanning thousands of blocks costs time linear in its size: reading four
-// times as much takes nowhere near sixteen times as long.
+// A tag, a comment or a text run spanning four thousand blocks: read in time linear in its size, it takes
+// well under a second; copying the token again per block would take minutes.
 TEST(ZrXmlFileReaderBlocks, LongTokensAreReadInLinearTime) {
-  const size_t small = 16u << 20, large = 64u << 20;
+  const size_t large = 64u << 20;
   const LongToken tokens[] = {
       {"attribute value", "<a v='", 'x', "'/>", {"3 " + std::to_string(large)}},
       {"comment", "<a><!--", 'c', "--></a>", {"1 0", "2"}},
@@ -181,10 +181,9 @@ TEST(ZrXmlFileReaderBlocks, LongTokensAreReadInLinearTime) {
   };
   for (const auto& token : tokens) {
     std::vector<std::string> events;
-    double smallTime = secondsToRead(token, small, events);
-    double largeTime = secondsToRead(token, large, events);
+    const double seconds = secondsToRead(token, large, events);
     EXPECT_EQ(events, token.events) << token.name;
-    EXPECT_LT(largeTime, 8 * smallTime + 0.5) << token.name << ": " << smallTime << " s, then " << largeTime << " s";
+    EXPECT_LT(seconds, 20.0) << token.name;
   }
 }
 
