@@ -79,13 +79,4 @@ TEST(ZrToken, StripTrimsBothEndsButLeavesWhiteOnlyText) {
   }
 }
 
-TEST(ZrXmlConstants, CarryTheirNamesAndNamespaces) {
-  const std::string uri = ZrXml::libraryUri;
-  EXPECT_NE(uri.find("/namespace/cr"), std::string::npos);
-  EXPECT_EQ(ZrXml::ns.namespaceAndToken(), uri + "#");
-  EXPECT_EQ(ZrXml::ZrCountToken.namespaceAndToken(), "#size");
-  EXPECT_EQ(ZrXml::ZrNullToken.xmlNamespace(), uri);
-  EXPECT_EQ(std::string(ZrXml::codeBaseVersion), "3.0.0");
-}
-
 }  // namespace
