@@ -98,19 +98,6 @@ TEST(ZrXmlCompoundWrite, DefaultDataFlagLeavesOutOnlyDefaultStructures) {
   EXPECT_FALSE(has(nothing, "aa=")) << nothing;
 }
 
-TEST(ZrXmlCompoundWrite, ReadOnlyMarksShareOneTableSoTheLastKindWins) {
-  struct Shared : Inner {
-    void registerComponents() override {
-      registerComponentReadOnly(element("both"), &n);
-      registerAttributeComponentReadOnly(ZrToken("both"), &n);
-    }
-  } s;
-  s.n = 8;
-  const std::string text = written(s);
-  EXPECT_TRUE(has(text, "<both>8</both>")) << text;
-  EXPECT_FALSE(has(text, "both=")) << text;
-}
-
 TEST(ZrXmlCompoundRead, ReadsWhatWasWritten) {
   Outer o;
   o.aa = "a b";

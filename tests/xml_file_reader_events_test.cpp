@@ -153,9 +153,6 @@ TEST(ZrXmlFileReaderEvents, TextHelpersFollowTheirWhiteSpaceRules) {
   std::string quoted = "'a b' rest";
   EXPECT_EQ(reader.nextQuotedToken(quoted), "a b");
   EXPECT_EQ(quoted, "rest");
-  ZrToken prefixed("p:name");
-  reader.swapNamespacePrefixWithUri(prefixed, ZrXmlFileReader::ATTRIBUTE_NAMESPACE);
-  EXPECT_EQ(prefixed.token(), "name");
   EXPECT_EQ(reader.readXml(), 0);  // a reader without a stream meets the end at once
 }
 

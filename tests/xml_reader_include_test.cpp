@@ -126,15 +126,6 @@ TEST(ZrXmlReaderInclude, ResolvesReferencesAgainstTheIncludingDocument) {
   }
 }
 
-TEST(ZrXmlReaderInclude, BackslashJointNamesADirectoryOfThatName) {
-  ZrTest::TempDir dir;
-  dir.write("docs\\sub/part.xml", "<part/>");
-  std::istringstream document("<doc>" + include("sub/part.xml") + "</doc>");
-  ZrTest::PrintCapture capture;
-  ZrXmlReader reader(dir.file("docs/main.xml"), document);
-  EXPECT_EQ(items(reader), (Items{"doc", "part/", "/"})) << capture.all();
-}
-
 TEST(ZrXmlReaderInclude, DocumentsThatIncludeThemselvesAreSkipped) {
   ZrTest::TempDir dir;
   dir.write("a.xml", "<a>" + include("b.xml") + "<afterB/></a>");

@@ -41,21 +41,6 @@ TEST(ZrXmlSchemaGenerator, AClassIsDescribedOncePerNamespaceAndItsChildrenInToke
     EXPECT_GT(at, previous) << name << " out of order";
     previous = at;
   }
-
-  // Registration is per namespace: the type's children may take the element's namespace.
-  ZrXmlSchema schema;
-  const std::string robotType = typeid(ZrRobot).name();
-  schema.writeStartTag(ZrCell::element("a"), 1);
-  EXPECT_FALSE(schema.isRegistered(ZrCell::element("a"), robotType));
-  schema.setAttributeName(ZrToken("n"));
-  schema.setType(typeid(int));
-  schema.writeEndTag();
-  schema.writeStartTag(ZrCell::element("b"), 1);
-  EXPECT_TRUE(schema.isRegistered(ZrCell::element("b"), robotType)) << "closed: no end tag follows";
-  schema.writeStartTag(ZrToken("urn:other", "c"), 1);
-  EXPECT_FALSE(schema.isRegistered(ZrToken("urn:other", "c"), robotType));
-  schema.writeEndTag();
-  EXPECT_EQ(schema.namespaces(), (std::vector<std::string>{"http://www.zrtoolkit.org/namespace/cell", "urn:other"}));
 }
 
 TEST(ZrXmlSchemaGenerator, EnumerationsOfOneClassKeepTheirOwnTables) {
