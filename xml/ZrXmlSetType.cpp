@@ -47,7 +47,7 @@ ZrBoolean ZrXmlSetType<E>::read(ZrXmlReader& reader) {
   const ZrBoolean result = ZrXmlObject::read(reader);
   if (!result) return result;
   m_theElements.clear();
-  const long size = ZrXmlContainerReading::sizeAttribute(reader);
+  const long size = ZrXmlContainerLayout::sizeAttribute(reader);
   if (reader.mode() == emptyElementMode) return true;
   E element;
   const bool singleValues = element.isBasicType();
@@ -70,7 +70,7 @@ ZrBoolean ZrXmlSetType<E>::read(ZrXmlReader& reader) {
 
 template <class E>
 void ZrXmlSetType<E>::readGroup(ZrXmlReader& reader, E& element, long& count) {
-  if (!ZrXmlContainerReading::enterGroupContent(reader, "ZrXmlSetType")) return;
+  if (!ZrXmlContainerLayout::enterGroupContent(reader, "ZrXmlSetType")) return;
   while (reader.isContentAvailable()) {
     element.read(reader);
     m_theElements.insert(element);
@@ -85,17 +85,7 @@ ZrBoolean ZrXmlSetType<E>::write(ZrXmlWriter& writer) const {
   writer.setAttributeName(ZrXml::ZrCountToken);
   ZrXmlBasicType<unsigned int>(size()).write(writer);
   bool groupOpen = false;
-  for (const E& element : m_theElements) {
-    if (element.isBasicType()) {
-      if (!groupOpen) writer.writeStartTagUsingParentNamespace(ZrXml::ZrGroupToken);
-      groupOpen = true;
-      element.write(writer);
-    } else {
-      writer.writeStartTagUsingParentNamespace(ZrXml::ZrElementToken);
-      element.write(writer);
-      writer.writeEndTag();
-    }
-  }
+  for (const E& element : m_theElements) ZrXmlContainerLayout::writeElement(writer, element, groupOpen);
   if (groupOpen) writer.writeEndTag();
   return result;
 }
@@ -103,13 +93,7 @@ ZrBoolean ZrXmlSetType<E>::write(ZrXmlWriter& writer) const {
 template <class E>
 ZrBoolean ZrXmlSetType<E>::writeSchema(ZrXmlSchema& schema) const {
   const ZrBoolean result = ZrXmlObject::writeSchema(schema);
-  schema.setAttributeName(ZrXml::ZrCountToken);
-  schema.setType(typeid(unsigned int));
-  const E element;
-  schema.writeStartTagUsingParentNamespace(element.isBasicType() ? ZrXml::ZrGroupToken : ZrXml::ZrElementToken,
-                                           ZrXmlSchemaElementType::XML_STARTTAG_OPTION);
-  element.writeSchema(schema);
-  schema.writeEndTag();
+  ZrXmlContainerLayout::writeSchemaLayout(schema, E());
   return result;
 }
 

@@ -36,7 +36,7 @@ void writeReals(ZrXmlWriter& writer, const std::vector<ZrXmlBasicType<double>>& 
 
 }  // namespace
 
-long ZrXmlContainerReading::sizeAttribute(ZrXmlReader& reader) {
+long ZrXmlContainerLayout::sizeAttribute(ZrXmlReader& reader) {
   long size = 0;
   for (ZrU32 remaining = reader.remainingNumOfAttributes(); remaining != 0; --remaining) {
     const bool isSize = reader.attributeName().tokenText() == ZrXml::ZrCountToken.tokenText();
@@ -46,18 +46,39 @@ long ZrXmlContainerReading::sizeAttribute(ZrXmlReader& reader) {
   return size;
 }
 
-unsigned long ZrXmlContainerReading::reserveCount(long size, unsigned long elementBytes, unsigned long maxBytes) {
+unsigned long ZrXmlContainerLayout::reserveCount(long size, unsigned long elementBytes, unsigned long maxBytes) {
   if (size <= 0 || elementBytes == 0) return 0;
   return std::min(static_cast<unsigned long>(size), maxBytes / elementBytes);
 }
 
-bool ZrXmlContainerReading::enterGroupContent(ZrXmlReader& reader, const char* className) {
+bool ZrXmlContainerLayout::enterGroupContent(ZrXmlReader& reader, const char* className) {
   if (reader.mode() != emptyElementMode && reader.readXml() == contentMode) {
     reader.setContentVectorFlag(true);
     return true;
   }
   Zr::Print::instance().write(Zr::PrintError, "%s Error: XML parser should be in data mode\n", className);
   return false;
+}
+
+void ZrXmlContainerLayout::writeElement(ZrXmlWriter& writer, const ZrXmlObject& element, bool& groupOpen) {
+  if (element.isBasicType()) {
+    if (!groupOpen) writer.writeStartTagUsingParentNamespace(ZrXml::ZrGroupToken);
+    groupOpen = true;
+    element.write(writer);
+    return;
+  }
+  writer.writeStartTagUsingParentNamespace(ZrXml::ZrElementToken);
+  element.write(writer);
+  writer.writeEndTag();
+}
+
+void ZrXmlContainerLayout::writeSchemaLayout(ZrXmlSchema& schema, const ZrXmlObject& element) {
+  schema.setAttributeName(ZrXml::ZrCountToken);
+  schema.setType(typeid(unsigned int));
+  schema.writeStartTagUsingParentNamespace(element.isBasicType() ? ZrXml::ZrGroupToken : ZrXml::ZrElementToken,
+                                           ZrXmlSchemaElementType::XML_STARTTAG_OPTION);
+  element.writeSchema(schema);
+  schema.writeEndTag();
 }
 
 template <class E>
@@ -97,8 +118,8 @@ ZrBoolean ZrXmlVectorType<E>::read(ZrXmlReader& reader) {
   const ZrBoolean result = ZrXmlObject::read(reader);
   if (!result) return result;
   m_theElements.clear();
-  const long size = ZrXmlContainerReading::sizeAttribute(reader);
-  m_theElements.reserve(ZrXmlContainerReading::reserveCount(size, sizeof(E), m_theMaxReserveBytes));
+  const long size = ZrXmlContainerLayout::sizeAttribute(reader);
+  m_theElements.reserve(ZrXmlContainerLayout::reserveCount(size, sizeof(E), m_theMaxReserveBytes));
   if (reader.mode() == emptyElementMode) return true;
   const bool singleValues = E().isBasicType();
   long count = 0;
@@ -123,7 +144,7 @@ ZrBoolean ZrXmlVectorType<E>::read(ZrXmlReader& reader) {
 // itself); each element ends up as its read() would leave it.
 template <class E>
 void ZrXmlVectorType<E>::readGroup(ZrXmlReader& reader, long& count) {
-  if (!ZrXmlContainerReading::enterGroupContent(reader, "ZrXmlVectorType")) return;
+  if (!ZrXmlContainerLayout::enterGroupContent(reader, "ZrXmlVectorType")) return;
   if constexpr (isPlainValue<E>::value) {
     count += E::readWords(reader, m_theElements);
   } else {
@@ -155,34 +176,15 @@ void ZrXmlVectorType<E>::writeElements(ZrXmlWriter& writer, bool closeGroup) con
     return;
   }
   bool groupOpen = false;
-  for (const E& element : m_theElements) writeElement(writer, element, groupOpen);
+  for (const E& element : m_theElements) ZrXmlContainerLayout::writeElement(writer, element, groupOpen);
   if (groupOpen && closeGroup) writer.writeEndTag();
 }
 
-// Single values share one "group" child, opened before the first of them and closed by the caller.
-template <class E>
-void ZrXmlVectorType<E>::writeElement(ZrXmlWriter& writer, const E& element, bool& groupOpen) const {
-  if (element.isBasicType()) {
-    if (!groupOpen) writer.writeStartTagUsingParentNamespace(ZrXml::ZrGroupToken);
-    groupOpen = true;
-    element.write(writer);
-    return;
-  }
-  writer.writeStartTagUsingParentNamespace(ZrXml::ZrElementToken);
-  element.write(writer);
-  writer.writeEndTag();
-}
 
 template <class E>
 ZrBoolean ZrXmlVectorType<E>::writeSchema(ZrXmlSchema& schema) const {
   const ZrBoolean result = ZrXmlObject::writeSchema(schema);
-  schema.setAttributeName(ZrXml::ZrCountToken);
-  schema.setType(typeid(unsigned int));
-  const E element;
-  schema.writeStartTagUsingParentNamespace(element.isBasicType() ? ZrXml::ZrGroupToken : ZrXml::ZrElementToken,
-                                           ZrXmlSchemaElementType::XML_STARTTAG_OPTION);
-  element.writeSchema(schema);
-  schema.writeEndTag();
+  ZrXmlContainerLayout::writeSchemaLayout(schema, E());
   return result;
 }
 
@@ -304,7 +306,7 @@ template <class E>
 ZrBoolean ZrXmlVectorType<E>::appendElementToStream(ZrXmlWriter* writer, const E& element) const {
   if (!writer) return false;
   bool groupOpen = writer->depth() > documentRootDepth;  // the group is the only child a document's root holds open
-  writeElement(*writer, element, groupOpen);
+  ZrXmlContainerLayout::writeElement(*writer, element, groupOpen);
   return true;
 }
 

@@ -16,8 +16,8 @@
 class ZrXmlReader;
 class ZrXmlWriter;
 
-// Reading steps shared by the vector and set templates.
-namespace ZrXmlContainerReading {
+// Reading and writing steps shared by the vector and set templates, which lay out their elements alike.
+namespace ZrXmlContainerLayout {
 // Takes every attribute of the start tag the reader stands on and returns the value of "size" (read
 // with strtol; 0 when there is none).
 long sizeAttribute(ZrXmlReader& reader);
@@ -28,7 +28,13 @@ unsigned long reserveCount(long size, unsigned long elementBytes, unsigned long 
 // reading. Reports "<className> Error: XML parser should be in data mode" and returns false when the
 // group holds no content; an empty-element group is not stepped past.
 bool enterGroupContent(ZrXmlReader& reader, const char* className);
-}  // namespace ZrXmlContainerReading
+// Writes one element of a vector or set: single values join the one "group" child, opened before the
+// first of them (groupOpen tells; the caller closes it), any other element is its own "element" child.
+void writeElement(ZrXmlWriter& writer, const ZrXmlObject& element, bool& groupOpen);
+// Describes the layout shared by vectors and sets: the "size" attribute and a "group" or "element"
+// child of the element type.
+void writeSchemaLayout(ZrXmlSchema& schema, const ZrXmlObject& element);
+}  // namespace ZrXmlContainerLayout
 
 // An ordered array of XML objects. The element count is the "size" attribute; single values are the
 // words of one "group" child, any other element is one "element" child:
@@ -116,7 +122,6 @@ class ZrXmlVectorType : public ZrXmlObject {
 
  private:
   void writeElements(ZrXmlWriter& writer, bool closeGroup) const;
-  void writeElement(ZrXmlWriter& writer, const E& element, bool& groupOpen) const;
   void readGroup(ZrXmlReader& reader, long& count);
 
   VectorContainer m_theElements;
