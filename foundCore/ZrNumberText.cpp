@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 
 std::string ZrINT2STRING(int value) {
   char text[16];  // "-2147483648" and a spare
@@ -20,6 +21,19 @@ std::string ZrDOUBLE2STRING(double value) {
   char text[32];  // the longest shortest form is 24 characters ("-2.2250738585072014e-308")
   std::to_chars_result result = std::to_chars(text, text + sizeof(text), value);
   return std::string(text, result.ptr);
+}
+
+unsigned ZrDOUBLE2CHARS(double value, char* text) {
+  const char* special = nullptr;
+  if (std::isnan(value)) special = "NaN";
+  else if (std::isinf(value)) special = value > 0 ? "INF" : "-INF";
+  if (special) {
+    const unsigned length = static_cast<unsigned>(std::strlen(special));
+    std::memcpy(text, special, length);
+    return length;
+  }
+  const std::to_chars_result result = std::to_chars(text, text + ZrDOUBLE_CHARS_SIZE, value);
+  return static_cast<unsigned>(result.ptr - text);
 }
 
 namespace {
@@ -44,6 +58,17 @@ double ZrSTRING2DOUBLE(const std::string& text) {
   double value = 0.0;
   if (readPlainDecimal(text.data(), text.data() + text.size(), value) && fromCharsAgreesWithStrtod()) return value;
   return std::strtod(text.c_str(), nullptr);
+}
+
+bool ZrSTRING2DOUBLE(const std::string& text, double& value) {
+  const char* first = text.c_str();
+  const char* last = first + text.size();
+  if (readPlainDecimal(first, last, value) && fromCharsAgreesWithStrtod()) return true;
+  char* end = nullptr;
+  value = std::strtod(first, &end);
+  if (end == first) return false;
+  while (end != last && (*end == ' ' || *end == '\t' || *end == '\n' || *end == '\r')) ++end;
+  return end == last;
 }
 
 double ZrSTRING2DOUBLE(const char* first, const char* last) { return ZrDoubleTextRun().read(first, last); }

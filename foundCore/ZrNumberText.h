@@ -18,9 +18,17 @@
 // locale whose decimal point is not '.', a rounding direction other than to nearest) is handed to
 // strtod itself. The range form reads the characters [first, last) the same way, for words that are
 // views into a larger text: only texts that go to strtod are copied.
+// ZrDOUBLE2CHARS writes the same shortest text into text[0, ZrDOUBLE_CHARS_SIZE) without a string and
+// returns its length, with infinities and NaN spelt as XML Schema spells them: "INF", "-INF", "NaN"
+// (strtod reads these too). Documents written with lossless reals hold this form.
 std::string ZrINT2STRING(int value);
 std::string ZrDOUBLE2STRING(double value);
+const unsigned ZrDOUBLE_CHARS_SIZE = 32;  // the longest shortest form is 24 characters ("-2.2250738585072014e-308")
+unsigned ZrDOUBLE2CHARS(double value, char* text);
 double ZrSTRING2DOUBLE(const std::string& text);
+// The same conversion into value, returning whether the whole text, white space around it aside, was
+// one number (false for empty text, trailing letters, or nothing to convert).
+bool ZrSTRING2DOUBLE(const std::string& text, double& value);
 double ZrSTRING2DOUBLE(const char* first, const char* last);
 
 // ZrSTRING2DOUBLE for a run of many numbers, such as the words of one array: whether the fast

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cmath>
 #include <limits>
 #include <string>
 #include <vector>
@@ -16,38 +17,51 @@ namespace {
 using ZrTest::readRoot;
 using ZrTest::written;
 
+// The value a text gives, and whether the whole text was a value of the type (setValueFromString's result).
 template <class T>
 struct ParseCase {
   const char* text;
   T expected;
+  bool whole;
 };
 
 template <class T>
 void expectParses(const std::vector<ParseCase<T>>& cases, const T& start) {
   for (const auto& c : cases) {
     ZrXmlBasicType<T> object(start);
-    object.setValueFromString(c.text);
+    EXPECT_EQ(object.setValueFromString(c.text), c.whole) << "text \"" << c.text << "\"";
     EXPECT_TRUE(object.value() == c.expected) << "text \"" << c.text << "\"";
   }
 }
 
 TEST(ZrXmlBasicTypeText, CLibraryConversionsIgnoreTheRestAndGiveZeroWithoutNumber) {
-  expectParses<double>({{"1.5abc", 1.5}, {"", 0.0}, {"abc", 0.0}, {"  -2e3", -2000.0}, {"0x10", 16.0}}, 9.0);
-  expectParses<int>({{"  7", 7}, {"7.9", 7}, {"x", 0}, {"-12abc", -12}, {"", 0}}, 9);
+  expectParses<double>({{"1.5abc", 1.5, false}, {"", 0.0, false}, {"abc", 0.0, false}, {"  -2e3", -2000.0, true},
+                        {"0x10", 16.0, true}, {" 2.5\n", 2.5, true}, {"INF", HUGE_VAL, true}},
+                       9.0);
+  expectParses<int>({{"  7", 7, true}, {"7.9", 7, false}, {"x", 0, false}, {"-12abc", -12, false}, {"", 0, false},
+                     {"-12 ", -12, true}},
+                    9);
 }
 
 TEST(ZrXmlBasicTypeText, StreamExtractionFollowsTheStreamRules) {
   // A failed extraction of a number stores zero, an out-of-range one the nearest limit; text with
   // nothing to extract leaves the value as it was. A byte is a number, a string is kept as it stands.
-  expectParses<unsigned int>({{" 13 ", 13u}, {"x", 0u}, {"7.9", 7u}, {"", 9u}}, 9u);
-  expectParses<short>({{"-5", short(-5)}, {"40000", short(SHRT_MAX)}, {"x", short(0)}}, short(9));
-  expectParses<char>({{"A", 'A'}, {"  B", 'B'}, {"CD", 'C'}, {"", 'Z'}, {"   ", 'Z'}}, 'Z');
-  expectParses<bool>({{"1", true}, {"0", false}, {"true", false}, {"", true}}, true);  // numeric form only
-  expectParses<ZrAngle>({{"1.25rad", ZrAngle(1.25)}, {"x", ZrAngle(0.0)}}, ZrAngle(3.0));
-  expectParses<ZrNonNegReal>({{"2.5", ZrNonNegReal(2.5)}, {"-3", ZrNonNegReal(0.0)}, {"nan", ZrNonNegReal(0.0)}},
+  expectParses<unsigned int>({{" 13 ", 13u, true}, {"x", 0u, false}, {"7.9", 7u, false}, {"", 9u, false}}, 9u);
+  expectParses<short>({{"-5", short(-5), true}, {"40000", short(SHRT_MAX), false}, {"x", short(0), false}}, short(9));
+  expectParses<char>({{"A", 'A', true}, {"  B", 'B', true}, {"CD", 'C', false}, {"", 'Z', false}, {"   ", 'Z', false}},
+                     'Z');
+  expectParses<bool>({{"1", true, true}, {"0", false, true}, {"true", false, false}, {"", true, false}},
+                     true);  // numeric form only
+  expectParses<ZrAngle>({{"1.25rad", ZrAngle(1.25), false}, {"x", ZrAngle(0.0), false}, {"-0.5", ZrAngle(-0.5), true}},
+                        ZrAngle(3.0));
+  expectParses<ZrNonNegReal>({{"2.5", ZrNonNegReal(2.5), true},
+                              {"-3", ZrNonNegReal(0.0), false},
+                              {"nan", ZrNonNegReal(0.0), false},
+                              {"INF", ZrNonNegReal(HUGE_VAL), true},
+                              {"NaN", ZrNonNegReal(0.0), false}},
                              ZrNonNegReal(7.0));
-  expectParses<unsigned char>({{"65", 65}, {"", 0}, {"300", 44}, {"x", 0}}, 9);
-  expectParses<std::string>({{"  a b  ", "  a b  "}, {"", ""}}, "old");
+  expectParses<unsigned char>({{"65", 65, true}, {"", 0, false}, {"300", 44, false}, {"x", 0, false}}, 9);
+  expectParses<std::string>({{"  a b  ", "  a b  ", true}, {"", "", true}}, "old");
 }
 
 // The content of the element a single value writes.
@@ -180,8 +194,10 @@ TEST(ZrXmlEnumType, ANameIsAddedOnceAValueMayHaveSeveral) {
   EXPECT_EQ(e.names()[0].first, 1);
   EXPECT_EQ(writtenName(e), "one");
   ZrXmlEnumType<int> copy(e);
-  copy.setValueFromString("uno");
+  EXPECT_TRUE(copy.setValueFromString("uno"));
   EXPECT_EQ(copy.value(), 1) << "a copy keeps the table";
+  EXPECT_FALSE(copy.setValueFromString("Uno")) << "the result is the search's";
+  EXPECT_EQ(copy.value(), 1);
   const ZrXmlEnumType<unsigned> otherType(1u);
   EXPECT_FALSE(e.equality(&otherType));
 }

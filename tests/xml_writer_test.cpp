@@ -17,7 +17,9 @@ const std::string B = "http://example.org/b";
 const std::string XSI = "http://www.w3.org/2001/XMLSchema-instance";
 const std::string xA = " xmlns=\"" + A + "\"";
 const std::string xB = " xmlns:b=\"" + B + "\"";
-const std::string nilDeclaringXsi = " xmlns:xsi=\"" + XSI + "\" xsi:nil=\"true\"/>\n";
+const std::string nil = " xsi:nil=\"true\"/>\n";
+const std::string nilDeclaringXsi = " xmlns:xsi=\"" + XSI + "\"" + nil;
+const std::string declarationLine = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n";
 const std::map<char, std::string> theNamespaces = {
     {'a', A}, {'b', B}, {'o', "http://other.org/b"}, {'c', "http://example.org/c/"}, {'u', "urn:zr:test"},
     {'x', "http://example.org/xsi"}};
@@ -65,10 +67,11 @@ struct ScriptCase {
   std::vector<std::string> messages = {};
 };
 
-void check(const ScriptCase& c, const char* file = "f.xml") {
+void check(const ScriptCase& c, const char* file = "f.xml", bool namespaceComplete = false) {
   ZrTest::PrintCapture capture;
   std::ostringstream out;
   ZrXmlWriter writer(file, out);
+  writer.setNamespaceComplete(namespaceComplete);
   run(writer, c.script);
   EXPECT_EQ(out.str(), c.expected) << c.name;
   EXPECT_EQ(capture.texts(), c.messages) << c.name;
@@ -76,37 +79,65 @@ void check(const ScriptCase& c, const char* file = "f.xml") {
   for (const auto& message : capture.messages()) EXPECT_EQ(message.first, Zr::PrintError) << c.name;
 }
 
+// The toolkit's written form: the root's namespace is the current one and undeclared, nil elements
+// carry xsi:nil alone.
 TEST(ZrXmlWriter, LayoutOfCallSequences) {
   const std::string x50(50, 'x'), y51(51, 'y');
   const ScriptCase cases[] = {
-      {"nil element declares xsi when no header did", "<a:r /", "<r" + xA + nilDeclaringXsi},
-      {"attributes only", "<a:r @size=3 @name=x /", "<r" + xA + " size=\"3\" name=\"x\"/>\n"},
-      {"50 characters stay inline", "<a:r <a:c =" + x50 + " / /", "<r" + xA + ">\n <c>" + x50 + "</c>\n</r>\n"},
+      {"nil element", "<a:r /", "<r" + nil},
+      {"attributes only", "<a:r @size=3 @name=x /", "<r size=\"3\" name=\"x\"/>\n"},
+      {"50 characters stay inline", "<a:r <a:c =" + x50 + " / /", "<r>\n <c>" + x50 + "</c>\n</r>\n"},
       {"51 characters get their own line", "<a:r <a:c =" + y51 + " / /",
-       "<r" + xA + ">\n <c>\n  " + y51 + "\n </c>\n</r>\n"},
+       "<r>\n <c>\n  " + y51 + "\n </c>\n</r>\n"},
       {"a new row before the eleventh item", "<a:r <a:c" + items(11) + " / /",
-       "<r" + xA + ">\n <c>1 2 3 4 5 6 7 8 9 10\n    11</c>\n</r>\n"},
-      {"columns set after the start tag", "<a:v #3" + items(4) + " /", "<v" + xA + ">1 2 3\n  4</v>\n"},
-      {"zero columns never wrap", "<a:v #0" + items(11) + " /", "<v" + xA + ">1 2 3 4 5 6 7 8 9 10 11</v>\n"},
-      {"declared once per subtree", "<a:r <b:x <b:y =1 / <a:back =2 / / <b:z =3 / /",
-       "<r" + xA + ">\n <b:x" + xB + ">\n  <b:y>1</b:y>\n  <back>2</back>\n </b:x>\n <b:z" + xB + ">3</b:z>\n</r>\n"},
-      {"parent namespace rule", "<a:r <b:x ^group =1 / / ^b:element =2 / /",
-       "<r" + xA + ">\n <b:x" + xB + ">\n  <b:group>1</b:group>\n </b:x>\n <element>2</element>\n</r>\n"},
-      {"unusable last segment", "<a:r <u:item =1 / <x:odd =2 / /",
-       "<r" + xA + ">\n <ns2:item xmlns:ns2=\"urn:zr:test\">1</ns2:item>\n"
-       " <ns2:odd xmlns:ns2=\"http://example.org/xsi\">2</ns2:odd>\n</r>\n"},
-      {"empty prefix rebinds the default", "<a:r <c:item <a:kid =1 / / /",
-       "<r" + xA + ">\n <item xmlns=\"http://example.org/c/\">\n  <a:kid xmlns:a=\"" + A + "\">1</a:kid>\n </item>\n</r>\n"},
-      {"rebound prefix declared again", "<a:r <b:x <o:y <b:z =1 / / / /",
-       "<r" + xA + ">\n <b:x" + xB + ">\n  <b:y xmlns:b=\"http://other.org/b\">\n   <b:z" + xB +
-           ">1</b:z>\n  </b:y>\n </b:x>\n</r>\n"},
-      {"content before a child is kept", "<a:r =lead <a:c =1 / /", "<r" + xA + ">lead\n <c>1</c>\n</r>\n"},
+       "<r>\n <c>1 2 3 4 5 6 7 8 9 10\n    11</c>\n</r>\n"},
+      {"columns set after the start tag", "<a:v #3" + items(4) + " /", "<v>1 2 3\n  4</v>\n"},
+      {"zero columns never wrap", "<a:v #0" + items(11) + " /", "<v>1 2 3 4 5 6 7 8 9 10 11</v>\n"},
+      {"content before a child is kept", "<a:r =lead <a:c =1 / /", "<r>lead\n <c>1</c>\n</r>\n"},
       {"header leaves the root open", "Ha:robot @version=3.0.0 <a:arm / /",
-       "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n<robot" + xA + " xmlns:xsi=\"" + XSI +
+       declarationLine + "<robot xmlns:xsi=\"" + XSI +
            "\"\n  xsi:schemaLocation=\"http://example.org/ns/cr\n  robot.cr.xsd\" version=\"3.0.0\">\n"
-           " <arm xsi:nil=\"true\"/>\n</robot>\n"},
+           " <arm" + nil + "</robot>\n"},
   };
   for (const ScriptCase& c : cases) check(c, "/data/robot.xml");
+}
+
+// Each case in the toolkit's form and in the namespace-complete form.
+TEST(ZrXmlWriter, NamespaceDeclarationsInBothForms) {
+  struct Case {
+    const char* name;
+    std::string script, toolkit, complete;
+  };
+  const Case cases[] = {
+      {"declared once per subtree", "<a:r <b:x <b:y =1 / <a:back =2 / / <b:z =3 / /",
+       "<r>\n <b:x" + xB + ">\n  <b:y>1</b:y>\n  <back>2</back>\n </b:x>\n <b:z" + xB + ">3</b:z>\n</r>\n",
+       "<r" + xA + ">\n <b:x" + xB + ">\n  <b:y>1</b:y>\n  <back>2</back>\n </b:x>\n <b:z" + xB + ">3</b:z>\n</r>\n"},
+      {"parent namespace rule", "<a:r <b:x ^group =1 / / ^b:element =2 / /",
+       "<r>\n <b:x" + xB + ">\n  <b:group>1</b:group>\n </b:x>\n <element>2</element>\n</r>\n",
+       "<r" + xA + ">\n <b:x" + xB + ">\n  <b:group>1</b:group>\n </b:x>\n <element>2</element>\n</r>\n"},
+      {"prefix is the last segment, usable or not", "<a:r <u:item =1 / <x:odd =2 / /",
+       "<r>\n <urn:zr:test:item xmlns:urn:zr:test=\"urn:zr:test\">1</urn:zr:test:item>\n"
+       " <xsi:odd xmlns:xsi=\"http://example.org/xsi\">2</xsi:odd>\n</r>\n",
+       "<r" + xA + ">\n <ns2:item xmlns:ns2=\"urn:zr:test\">1</ns2:item>\n"
+       " <ns2:odd xmlns:ns2=\"http://example.org/xsi\">2</ns2:odd>\n</r>\n"},
+      {"empty prefix declares a default namespace", "<a:r <c:item <a:kid =1 / / /",
+       "<r>\n <item xmlns=\"http://example.org/c/\">\n  <kid>1</kid>\n </item>\n</r>\n",
+       "<r" + xA + ">\n <item xmlns=\"http://example.org/c/\">\n  <a:kid xmlns:a=\"" + A +
+           "\">1</a:kid>\n </item>\n</r>\n"},
+      {"rebound prefix", "<a:r <b:x <o:y <b:z =1 / / / /",
+       "<r>\n <b:x" + xB + ">\n  <b:y xmlns:b=\"http://other.org/b\">\n   <b:z>1</b:z>\n  </b:y>\n </b:x>\n</r>\n",
+       "<r" + xA + ">\n <b:x" + xB + ">\n  <b:y xmlns:b=\"http://other.org/b\">\n   <b:z" + xB +
+           ">1</b:z>\n  </b:y>\n </b:x>\n</r>\n"},
+      {"nil elements with and without header", "<a:r <a:n / / Ha:s <a:n / /",
+       "<r>\n <n" + nil + "</r>\n" + declarationLine + "<s xmlns:xsi=\"" + XSI +
+           "\"\n  xsi:schemaLocation=\"http://example.org/ns/cr\n  robot.cr.xsd\">\n <n" + nil + "</s>\n",
+       "<r" + xA + ">\n <n" + nilDeclaringXsi + "</r>\n" + declarationLine + "<s" + xA + " xmlns:xsi=\"" + XSI +
+           "\"\n  xsi:schemaLocation=\"http://example.org/ns/cr\n  robot.cr.xsd\">\n <n" + nil + "</s>\n"},
+  };
+  for (const Case& c : cases) {
+    check({c.name, c.script, c.toolkit}, "/data/robot.xml", false);
+    check({c.name, c.script, c.complete}, "/data/robot.xml", true);
+  }
 }
 
 TEST(ZrXmlWriter, EachFaultPrintsItsTextAndWritingGoesOn) {
@@ -114,19 +145,19 @@ TEST(ZrXmlWriter, EachFaultPrintsItsTextAndWritingGoesOn) {
   const ScriptCase cases[] = {
       {"element without namespace", "<plain =1 /", "<plain>1</plain>\n",
        {"ZrXmlWriter Error: All elements must have namespace: plain\n" + f}},
-      {"attribute in a declared namespace", "<a:r <b:x @b:at=1 / /", "<r" + xA + ">\n <b:x" + xB + " b:at=\"1\"/>\n</r>\n",
+      {"attribute in a declared namespace", "<a:r <b:x @b:at=1 / /", "<r>\n <b:x" + xB + " b:at=\"1\"/>\n</r>\n",
        {"ZrXmlWriter Error: no namespace on attributes preferred: at\n" + f}},
-      {"attribute in an undeclared namespace", "<a:r @b:at=1 /", "<r" + xA + " at=\"1\"/>\n",
+      {"attribute in an undeclared namespace", "<a:r @b:at=1 /", "<r at=\"1\"/>\n",
        {"ZrXmlWriter Error: no namespace on attributes preferred: at\n" + f,
         "ZrXmlWriter Error: attribute namespace doesn't exist: at\n" + f}},
-      {"end tag after an attribute name", "<a:r @at /", "<r" + xA + " at=",
+      {"end tag after an attribute name", "<a:r @at /", "<r at=",
        {"ZrXmlWriter Error: end tag following incorrect mode 2.  File f.xml\n"}},
       {"end tag first", "/", "", {"ZrXmlWriter Error: end tag following incorrect mode 0.  File f.xml\n"}},
-      {"one end tag too many", "<a:r / /", "<r" + xA + nilDeclaringXsi,
+      {"one end tag too many", "<a:r / /", "<r" + nil,
        {"ZrXmlWriter Error: end tag following incorrect mode 5.  File f.xml\n"}},
       {"value before any element", "=1", "",
        {"ZrXmlWriter Error: element  is placing content at incorrect location.\n" + f}},
-      {"value after a child", "<a:r <a:c @k=v / =late /", "<r" + xA + ">\n <c k=\"v\"/>\n</r>\n",
+      {"value after a child", "<a:r <a:c @k=v / =late /", "<r>\n <c k=\"v\"/>\n</r>\n",
        {"ZrXmlWriter Error: element r is placing content at incorrect location.\n" + f}},
   };
   for (const ScriptCase& c : cases) check(c);
@@ -142,7 +173,7 @@ TEST(ZrXmlWriter, ValueTextsAndTypeNames) {
   typeOf(w << short(-3)), typeOf(w << 4000000000u), typeOf(w << static_cast<unsigned short>(65535));
   typeOf(w << std::string("s")), typeOf(w << ZrAngle(1.5)), typeOf(w << ZrNonNegReal(2.25));
   w.writeEndTag();
-  EXPECT_EQ(out.str(), "<e" + xA + ">\n 1 A 0.1 1.23457e+06 -7 -3 4000000000 65535 s 1.5\n  2.25\n</e>\n");
+  EXPECT_EQ(out.str(), "<e>\n 1 A 0.1 1.23457e+06 -7 -3 4000000000 65535 s 1.5\n  2.25\n</e>\n");
   EXPECT_EQ(names, (std::vector<std::string>{"boolean", "byte", "double", "double", "string", "short", "string",
                                              "unsignedShort", "string", "string", "string"}));
   EXPECT_TRUE(w.valueStream().str().empty());
@@ -187,9 +218,17 @@ TEST(ZrXmlWriter, LanguageSelectionAndClassDefaults) {
   // Defaults reach only writers made afterwards.
   ZrXmlWriter::setDefaultLanguageSelection(ZrXmlWriter::TOOLKIT_MARKUP);
   ZrXmlWriter::setDefaultForWriteDefaultDataFlag(false);
+  ZrXmlWriter::setDefaultNamespaceComplete(true);
+  ZrXmlWriter::setDefaultLosslessReals(true);
+  ZrXmlWriter::setDefaultEscapeMarkup(true);
   ZrXmlWriter after;
   EXPECT_EQ(after.indent() + after.styleSheet(), "  " + sheet);
   EXPECT_FALSE(after.writeDefaultDataFlag());
+  EXPECT_TRUE(after.namespaceComplete() && after.losslessReals() && after.escapeMarkup());
+  EXPECT_FALSE(plain.namespaceComplete() || plain.losslessReals() || plain.escapeMarkup());
+  ZrXmlWriter::setDefaultNamespaceComplete(false);
+  ZrXmlWriter::setDefaultLosslessReals(false);
+  ZrXmlWriter::setDefaultEscapeMarkup(false);
   EXPECT_EQ(plain.indent() + plain.styleSheet(), " ");  // made before: unchanged
   ZrXmlWriter::setDefaultLanguageSelection(ZrXmlWriter::PLAIN_XML);
   ZrXmlWriter::setDefaultIndent(" ");
@@ -211,15 +250,15 @@ TEST(ZrXmlWriter, CopiesShareTheStreamButNotTheirState) {
   copy.setIndent("    ");
   copy << 3.14159;
   run(copy, "/ <a:y =2 / /");
-  const std::string byCopy = "<r" + xA + ">\n <b:x" + xB + ">3.14</b:x>\n    <y>2</y>\n</r>\n";
+  const std::string byCopy = "<r>\n <b:x" + xB + ">3.14</b:x>\n    <y>2</y>\n</r>\n";
   EXPECT_EQ(out.str(), byCopy);
   run(original, "=o /");  // the original's stack, buffer and indent are its own
   EXPECT_EQ(out.str(), byCopy + ">o</b:x>\n");
 }
 
-// xmllint must accept every written document without a diagnostic: it reports namespace errors
-// (an undeclared prefix) but still exits with 0, so its output has to be empty too.
-TEST(ZrXmlWriter, XmllintAcceptsWrittenDocuments) {
+// xmllint must accept every namespace-complete document without a diagnostic: it reports namespace
+// errors (an undeclared prefix) but still exits with 0, so its output has to be empty too.
+TEST(ZrXmlWriter, XmllintAcceptsNamespaceCompleteDocuments) {
   if (std::system("command -v xmllint >/dev/null 2>&1") != 0) GTEST_SKIP() << "xmllint is not installed";
   const std::string body =
       " @version=3.0.0 <a:name =arm / <a:empty / <b:pose @frame=base <b:position =1.5 =-2 =1e-09 / <b:unset /"
@@ -238,6 +277,7 @@ TEST(ZrXmlWriter, XmllintAcceptsWrittenDocuments) {
     {
       std::ofstream out(path, std::ios::binary);
       ZrXmlWriter writer(path, out);
+      writer.setNamespaceComplete(true);
       if (document.first == std::string("markup.xml")) writer.setLanguageSelection(ZrXmlWriter::TOOLKIT_MARKUP);
       run(writer, document.second);
     }

@@ -7,6 +7,7 @@
 #include "ZrXmlSchema.h"
 #include "ZrXmlWriter.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <sstream>
 #include <string_view>
@@ -26,39 +27,101 @@ std::istringstream& extractionStream(const std::string& text) {
   return stream;
 }
 
-// strtod's result, through the shortcut for plain decimal text: arrays of reals are read value by value.
-void parseText(const std::string& text, double& value) { value = ZrSTRING2DOUBLE(text); }
+bool isWhiteSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
-void parseText(const std::string& text, int& value) {
-  value = static_cast<int>(std::strtol(text.c_str(), nullptr, 10));
+bool onlyWhiteSpace(const char* first, const char* last) {
+  for (; first != last; ++first)
+    if (!isWhiteSpace(*first)) return false;
+  return true;
 }
 
-void parseText(const std::string& text, unsigned int& value) { extractionStream(text) >> value; }
-void parseText(const std::string& text, short& value) { extractionStream(text) >> value; }
-void parseText(const std::string& text, unsigned short& value) { extractionStream(text) >> value; }
-void parseText(const std::string& text, char& value) { extractionStream(text) >> value; }
-void parseText(const std::string& text, bool& value) { extractionStream(text) >> value; }  // numeric form only
-void parseText(const std::string& text, std::string& value) { value = text; }
+// Whether an extraction took a value and left nothing but white space behind it.
+bool extractedWholeText(std::istringstream& stream) {
+  if (stream.fail()) return false;
+  stream >> std::ws;
+  return stream.eof();
+}
+
+template <class Number>
+bool extractWhole(const std::string& text, Number& value) {
+  std::istringstream& stream = extractionStream(text);
+  stream >> value;
+  return extractedWholeText(stream);
+}
+
+// Each parser stores what the text form gives (however faulty the text) and says whether the whole
+// text, white space around it aside, was a value of the type.
+
+// strtod's result, through the shortcut for plain decimal text: arrays of reals are read value by value.
+bool parseText(const std::string& text, double& value) { return ZrSTRING2DOUBLE(text, value); }
+
+bool parseText(const std::string& text, int& value) {
+  const char* first = text.c_str();
+  char* end = nullptr;
+  const long number = std::strtol(first, &end, 10);
+  value = static_cast<int>(number);
+  return end != first && number == value && onlyWhiteSpace(end, first + text.size());
+}
+
+bool parseText(const std::string& text, unsigned int& value) { return extractWhole(text, value); }
+bool parseText(const std::string& text, short& value) { return extractWhole(text, value); }
+bool parseText(const std::string& text, unsigned short& value) { return extractWhole(text, value); }
+bool parseText(const std::string& text, char& value) { return extractWhole(text, value); }
+bool parseText(const std::string& text, bool& value) { return extractWhole(text, value); }  // numeric form only
+
+bool parseText(const std::string& text, std::string& value) {
+  value = text;
+  return true;
+}
 
 // A byte is read as a number, so that "65" is 65 and not the character '6'.
-void parseText(const std::string& text, unsigned char& value) {
+bool parseText(const std::string& text, unsigned char& value) {
   if (text.empty()) {
     value = 0;
-    return;
+    return false;
   }
   unsigned short wide = 0;
-  extractionStream(text) >> wide;
+  const bool whole = extractWhole(text, wide);
   value = static_cast<unsigned char>(wide & 0xFFu);
+  return whole && wide <= 0xFFu;
 }
 
-double extractDouble(const std::string& text) {
-  double number = 0.0;
-  extractionStream(text) >> number;
-  return number;
+// Stream extraction reads no infinity or NaN; the XML Schema spellings that lossless reals are
+// written in are taken as well, where the extraction failed.
+bool readSchemaSpecialReal(const std::string& text, double& number) {
+  const std::size_t first = text.find_first_not_of(" \t\n\r");
+  const std::size_t last = text.find_last_not_of(" \t\n\r");
+  if (first == std::string::npos) return false;
+  const std::string_view word(text.data() + first, last - first + 1);
+  if (word == "INF") number = HUGE_VAL;
+  else if (word == "-INF") number = -HUGE_VAL;
+  else if (word == "NaN") number = std::nan("");
+  else return false;
+  return true;
 }
 
-void parseText(const std::string& text, ZrAngle& value) { value.setValue(extractDouble(text)); }
-void parseText(const std::string& text, ZrNonNegReal& value) { value.setValue(extractDouble(text)); }
+bool extractDouble(const std::string& text, double& number) {
+  number = 0.0;
+  std::istringstream& stream = extractionStream(text);
+  stream >> number;
+  if (extractedWholeText(stream)) return true;
+  return stream.fail() && readSchemaSpecialReal(text, number);
+}
+
+bool parseText(const std::string& text, ZrAngle& value) {
+  double number;
+  const bool whole = extractDouble(text, number);
+  value.setValue(number);
+  return whole;
+}
+
+// Negative numbers and NaN are stored as 0.0 and are no value of the type.
+bool parseText(const std::string& text, ZrNonNegReal& value) {
+  double number;
+  const bool whole = extractDouble(text, number);
+  value.setValue(number);
+  return whole && number >= 0.0;
+}
 
 // Words of long arrays: reals and strings are taken from the view itself; the other forms are defined
 // by conversions that want a terminated string, and short words fit in the string's own storage.
@@ -163,6 +226,10 @@ ZrBoolean ZrXmlBasicType<T>::write(ZrXmlWriter& writer) const {
   writer.type(typeid(T));
   if constexpr (std::is_same<T, std::string>::value) {
     writer.data(m_theValue);  // a string's text is the string itself: no formatting needed
+  } else if constexpr (std::is_same<T, double>::value) {
+    writer.realData(m_theValue);  // the writer chooses between six digits and the lossless form
+  } else if constexpr (std::is_same<T, ZrAngle>::value || std::is_same<T, ZrNonNegReal>::value) {
+    writer.realData(m_theValue.value());
   } else {
     std::ostringstream& stream = writer.valueStream();
     formatText(stream, m_theValue);
@@ -201,8 +268,8 @@ ZrToken ZrXmlBasicType<T>::token() const {
 }
 
 template <class T>
-void ZrXmlBasicType<T>::setValueFromString(const std::string& text) {
-  parseText(text, m_theValue);
+ZrBoolean ZrXmlBasicType<T>::setValueFromString(const std::string& text) {
+  return parseText(text, m_theValue);
 }
 
 // The elements are made here, so they are exactly this type: no override of setValueFromString() or

@@ -21,7 +21,10 @@
 //   std::string     the text as it stands, untrimmed
 //   ZrAngle         a double, handed to the angle's setter; written as the angle's value
 //   ZrNonNegReal    a double; anything not above 0.0 (NaN too) is stored as 0.0
-// Numbers are written with the writer's stream defaults, so doubles keep six significant digits.
+// Numbers are written with the writer's stream defaults, so reals keep six significant digits unless
+// the writer writes lossless reals (ZrXmlWriter::setLosslessReals). The infinities and NaN of that form
+// ("INF", "-INF", "NaN") read back into every real type: strtod takes them, and the angle and the
+// non-negative real take them where their stream extraction fails.
 //
 // The members are defined in the library for exactly these types: bool, char, short, unsigned short,
 // int, unsigned int, unsigned char, double, std::string, ZrAngle and ZrNonNegReal.
@@ -45,7 +48,10 @@ class ZrXmlBasicType : public ZrBaseXmlBasicType {
   ZrBoolean equality(const ZrXmlObject* other) const override;
   ZrXmlObject* newObject() const override;
   ZrToken token() const override;
-  virtual void setValueFromString(const std::string& text);
+  // Stores what the type's text form gives (reading is forgiving: no message, faulty text still
+  // yields a value) and returns whether the whole text, white space around it aside, was a value of
+  // the type: "1.5x" gives 1.5 and false, "" gives 0 and false, "300" for a byte gives 44 and false.
+  virtual ZrBoolean setValueFromString(const std::string& text);
   // Appends one element per word left in the content the reader stands on (word-by-word reading),
   // each holding what read() would have given it, and returns how many. Vectors of single values read
   // their groups through it: no string per word, and conversion settings are looked at once per group.

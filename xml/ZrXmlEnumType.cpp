@@ -123,8 +123,8 @@ ZrToken ZrXmlEnumType<T>::token() const {
 }
 
 template <class T>
-void ZrXmlEnumType<T>::setValueFromString(const std::string& name) {
-  findEnumString(name, m_theValue);
+ZrBoolean ZrXmlEnumType<T>::setValueFromString(const std::string& name) {
+  return findEnumString(name, m_theValue);
 }
 
 template <class T>

@@ -44,7 +44,8 @@ class ZrXmlEnumType : public ZrBaseXmlBasicType {
   ZrBoolean equality(const ZrXmlObject* other) const override;
   ZrXmlObject* newObject() const override;
   ZrToken token() const override;
-  virtual void setValueFromString(const std::string& name);
+  // The result is that of the search: false for a name not in the table, which leaves the value.
+  virtual ZrBoolean setValueFromString(const std::string& name);
 
   virtual const T& value() const;
   virtual T& value();

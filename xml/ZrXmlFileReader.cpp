@@ -132,16 +132,96 @@ void assignName(ZrToken& token, std::string_view text) {
   token.append(name.local.data(), static_cast<ZrU32>(name.local.size()));
 }
 
+// ---- references (expanded only when the reader is told to) ----
+
+// The characters a reference's name or number is made of; anything else ends it.
+inline bool isReferenceChar(char c) {
+  const unsigned char u = static_cast<unsigned char>(c);
+  return (u >= 'a' && u <= 'z') || (u >= 'A' && u <= 'Z') || (u >= '0' && u <= '9') || u == '#' || u == '_' ||
+         u == '-' || u == '.' || u == ':' || u >= 0x80;
+}
+
+// The characters that XML 1.0 allows in a document.
+inline bool isXmlChar(unsigned long code) {
+  return code == 0x9 || code == 0xA || code == 0xD || (code >= 0x20 && code <= 0xD7FF) ||
+         (code >= 0xE000 && code <= 0xFFFD) || (code >= 0x10000 && code <= 0x10FFFF);
+}
+
+// Code points up to 255 are one byte, as documents written in ISO-8859-1 hold them; higher ones are
+// UTF-8. Returns the number of bytes written.
+std::size_t encodeCodePoint(unsigned long code, char* out) {
+  if (code <= 0xFF) {
+    out[0] = static_cast<char>(code);
+    return 1;
+  }
+  if (code <= 0x7FF) {
+    out[0] = static_cast<char>(0xC0 | (code >> 6));
+    out[1] = static_cast<char>(0x80 | (code & 0x3F));
+    return 2;
+  }
+  if (code <= 0xFFFF) {
+    out[0] = static_cast<char>(0xE0 | (code >> 12));
+    out[1] = static_cast<char>(0x80 | ((code >> 6) & 0x3F));
+    out[2] = static_cast<char>(0x80 | (code & 0x3F));
+    return 3;
+  }
+  out[0] = static_cast<char>(0xF0 | (code >> 18));
+  out[1] = static_cast<char>(0x80 | ((code >> 12) & 0x3F));
+  out[2] = static_cast<char>(0x80 | ((code >> 6) & 0x3F));
+  out[3] = static_cast<char>(0x80 | (code & 0x3F));
+  return 4;
+}
+
+// The number of a character reference, "#65" or "#x41" (without '&' and ';'); 0 when it is none.
+unsigned long characterReferenceCode(std::string_view name) {
+  const bool hex = name.size() > 1 && name[1] == 'x';
+  std::string_view digits = name.substr(hex ? 2 : 1);
+  if (digits.empty() || digits.size() > 8) return 0;
+  unsigned long code = 0;
+  for (char c : digits) {
+    unsigned digit;
+    if (c >= '0' && c <= '9') digit = static_cast<unsigned>(c - '0');
+    else if (hex && c >= 'a' && c <= 'f') digit = static_cast<unsigned>(c - 'a' + 10);
+    else if (hex && c >= 'A' && c <= 'F') digit = static_cast<unsigned>(c - 'A' + 10);
+    else return 0;
+    code = code * (hex ? 16 : 10) + digit;
+  }
+  return code;
+}
+
+// The bytes that a reference's name ("amp", "#233", "#x20AC") stands for; 0 bytes for an unknown
+// entity or a number that is no XML character.
+std::size_t resolveReference(std::string_view name, char* out) {
+  if (!name.empty() && name[0] == '#') {
+    const unsigned long code = characterReferenceCode(name);
+    return isXmlChar(code) ? encodeCodePoint(code, out) : 0;
+  }
+  static const std::pair<std::string_view, char> thePredefined[] = {
+      {"lt", '<'}, {"gt", '>'}, {"amp", '&'}, {"apos", '\''}, {"quot", '"'}};
+  for (const auto& entity : thePredefined) {
+    if (name == entity.first) {
+      out[0] = entity.second;
+      return 1;
+    }
+  }
+  return 0;
+}
+
 }  // namespace
 
 const ZrToken ZrXmlFileReader::m_theNullToken;
 const std::string ZrXmlFileReader::m_theNullString;
 const std::string ZrXmlFileReader::m_schemaInstanceNamespace = "http://www.w3.org/2001/XMLSchema-instance";
 std::size_t ZrXmlFileReader::m_theMaxTokenSize = std::size_t(1) << 30;
+bool ZrXmlFileReader::m_theDefaultExpandReferences = false;
 
 std::size_t ZrXmlFileReader::defaultMaxTokenSize() { return m_theMaxTokenSize; }
 
 void ZrXmlFileReader::setDefaultMaxTokenSize(std::size_t bytes) { m_theMaxTokenSize = bytes; }
+
+bool ZrXmlFileReader::defaultExpandReferences() { return m_theDefaultExpandReferences; }
+
+void ZrXmlFileReader::setDefaultExpandReferences(bool flag) { m_theDefaultExpandReferences = flag; }
 
 // ---------------------------------------------------------------------------------------------------------
 // Construction
@@ -168,7 +248,8 @@ ZrXmlFileReader::ZrXmlFileReader(const std::string& filename, std::istream* stre
       m_theFastActive(false),
       m_theFastInTag(false),
       m_theFastSelfClosed(false),
-      m_theFastBaseDepth(0) {
+      m_theFastBaseDepth(0),
+      m_theExpandReferences(m_theDefaultExpandReferences) {
   m_theReadBuffer.reserve(theBlockSize);
 }
 
@@ -208,6 +289,7 @@ void ZrXmlFileReader::copyFrom(const ZrXmlFileReader& other) {
   m_theFastBaseDepth = other.m_theFastBaseDepth;
   m_theFastElement = other.m_theFastElement;
   m_theFastName = other.m_theFastName;
+  m_theExpandReferences = other.m_theExpandReferences;
 }
 
 // A single element left open passes silently: a reader that stops after its root's start tag is normal.
@@ -310,6 +392,43 @@ bool ZrXmlFileReader::atEndOfInput() const {
 void ZrXmlFileReader::warnMessage(const char* what) const {
   Zr::Print::instance().write(Zr::PrintError, "ZrXmlFileReader Error: %s\n\tFile: %s\n\tLine: %d\n", what,
                               m_theFilename.c_str(), m_theLineCount);
+}
+
+// Expands references in place: the text never grows, since every reference is at least as long as
+// the bytes it stands for. A reference that cannot be expanded is reported and its '&' is kept as
+// text, so nothing of the document is lost.
+void ZrXmlFileReader::expandReferencesIn(std::string& text) const {
+  std::size_t at = text.find('&');
+  if (at == std::string::npos) return;
+  std::size_t out = at;
+  while (at < text.size()) {
+    if (text[at] != '&') {
+      text[out++] = text[at++];
+      continue;
+    }
+    std::size_t end = at + 1;
+    while (end < text.size() && isReferenceChar(text[end])) ++end;
+    const std::string_view name(text.data() + at + 1, end - at - 1);
+    char bytes[4];
+    std::size_t length = 0;
+    if (name.empty()) {
+      warnMessage("file not well formed.\n\t'&' not followed by a reference.");
+    } else if (end == text.size() || text[end] != ';') {
+      warnFormatted("file not well formed.\n\tReference without ';': &%.*s", static_cast<int>(name.size()), name.data());
+    } else if ((length = resolveReference(name, bytes)) == 0) {
+      warnFormatted(name[0] == '#' ? "file not well formed.\n\tInvalid character reference: &%.*s;"
+                                   : "file not well formed.\n\tUndefined entity reference: &%.*s;",
+                    static_cast<int>(name.size()), name.data());
+    }
+    if (length == 0) {
+      text[out++] = text[at++];
+      continue;
+    }
+    std::memcpy(&text[out], bytes, length);
+    out += length;
+    at = end + 1;
+  }
+  text.resize(out);
 }
 
 void ZrXmlFileReader::warnFormatted(const char* format, ...) const {
@@ -520,6 +639,7 @@ int ZrXmlFileReader::nextEvent() {
       if (type == 2) {
         std::size_t last = m_theContent.find_last_not_of(" \t\n\r");
         m_theContent.resize(last == std::string::npos ? 0 : last + 1);
+        if (m_theExpandReferences) expandReferencesIn(m_theContent);  // after trimming: "&#32;" stays
         return 4;
       }
       if (type != 4) warnMessage("file not well formed.\n\tContent did not conclude with proper end tag.");
@@ -707,8 +827,10 @@ void ZrXmlFileReader::addAttribute(std::string_view name, std::string_view value
   if (m_theSpareAttributes.empty()) {
     assignName(m_theAttributeName, name);
     auto position = m_theAttributes.lower_bound(m_theAttributeName);
-    if (position == m_theAttributes.end() || m_theAttributeName < position->first)
-      m_theAttributes.emplace_hint(position, m_theAttributeName, std::string(value));
+    if (position == m_theAttributes.end() || m_theAttributeName < position->first) {
+      auto added = m_theAttributes.emplace_hint(position, m_theAttributeName, std::string(value));
+      if (m_theExpandReferences) expandReferencesIn(added->second);
+    }
     return;
   }
   // The key is built in a spare node, which then serves for the look-up as well.
@@ -717,6 +839,7 @@ void ZrXmlFileReader::addAttribute(std::string_view name, std::string_view value
   auto position = m_theAttributes.lower_bound(node.key());
   if (position != m_theAttributes.end() && !(node.key() < position->first)) return;
   node.mapped().assign(value.data(), value.size());
+  if (m_theExpandReferences) expandReferencesIn(node.mapped());
   m_theAttributes.insert(position, std::move(node));
   m_theSpareAttributes.pop_back();
 }
@@ -1043,7 +1166,10 @@ const std::string& ZrXmlFileReader::getAttributeValueFast() {
       return m_theNullString;
     }
     bool passedOver = false;
-    if (fastReadAttribute(passedOver) && !passedOver) return m_theValueBuffer;
+    if (fastReadAttribute(passedOver) && !passedOver) {
+      if (m_theExpandReferences) expandReferencesIn(m_theValueBuffer);
+      return m_theValueBuffer;
+    }
   }
 }
 
@@ -1074,6 +1200,7 @@ const std::string& ZrXmlFileReader::getContentByWordFast() {
   while (skipWhile(White)) {
     if (m_theReadBuffer[m_theReadIndex] != '<') {
       readUntil(TextStop, m_theValueBuffer);
+      if (m_theExpandReferences) expandReferencesIn(m_theValueBuffer);
       return m_theValueBuffer;
     }
     if (!fastSkipMarkup()) break;

@@ -142,6 +142,17 @@ class ZrXmlFileReader {
   // return 0 before that after some faults; a caller that wants the whole document reads on until then.
   bool atEndOfInput() const;
 
+  // Reference expansion, off by default: documents are read as the toolkit writes them, where '&' is an
+  // ordinary character. With it on, content and attribute values (on both reading paths) have the five
+  // predefined entities (&lt; &gt; &amp; &apos; &quot;) and decimal and hexadecimal character references
+  // expanded; code points up to 255 become one byte, higher ones UTF-8. A reference that is unknown, names
+  // no XML character, lacks its ';', or a '&' followed by no name is reported in the tokenizer's frame
+  // and kept as literal text. Pairs with ZrXmlWriter::setEscapeMarkup.
+  bool expandReferences() const { return m_theExpandReferences; }
+  void setExpandReferences(bool flag) { m_theExpandReferences = flag; }
+  static bool defaultExpandReferences();
+  static void setDefaultExpandReferences(bool flag);
+
   // The longest single tag, comment or text run that is read before reading stops with a report.
   static std::size_t defaultMaxTokenSize();
   static void setDefaultMaxTokenSize(std::size_t bytes);
@@ -181,6 +192,8 @@ class ZrXmlFileReader {
   bool skipWhile(unsigned char charClass);
   void readUntil(unsigned char charClass, std::string& out);
 
+  void expandReferencesIn(std::string& text) const;
+
   // Events.
   void skipCommentRest(char lastChar, std::string* text);
   bool skipCommentOrDeclaration(std::string_view tag, std::string* text);
@@ -219,8 +232,10 @@ class ZrXmlFileReader {
   std::size_t m_theFastBaseDepth;  // stack depth when the fast path began; it closes only deeper elements
   ZrToken m_theFastElement;     // name of the start tag the fast path entered last
   std::string m_theFastName;    // attribute name being read by the fast path
+  bool m_theExpandReferences;
 
   static std::size_t m_theMaxTokenSize;
+  static bool m_theDefaultExpandReferences;
 };
 
 #endif

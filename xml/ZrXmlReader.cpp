@@ -78,8 +78,14 @@ ZrXmlReader::~ZrXmlReader() {
   while (!m_theFileReaders.empty()) m_theFileReaders.pop_back();
 }
 
+void ZrXmlReader::setExpandReferences(bool flag) {
+  m_theExpandReferences = flag;
+  for (OpenDocument& document : m_theFileReaders) document.reader.setExpandReferences(flag);
+}
+
 void ZrXmlReader::open(const std::string& filename, std::istream& stream) {
   m_theFileReaders.emplace_back(filename, stream, nullptr);
+  top()->setExpandReferences(m_theExpandReferences);
   m_theVersionCheckPending = true;
   m_theVersionFlag = true;
 }
@@ -285,6 +291,7 @@ void ZrXmlReader::pushInclude(const std::string& host, const std::string& fullNa
   }
   std::istream& in = *stream;
   m_theFileReaders.emplace_back(fullName, in, std::move(stream));
+  top()->setExpandReferences(m_theExpandReferences);
 }
 
 // Resolves an include reference against the name of the document that holds it. A relative reference

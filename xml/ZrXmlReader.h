@@ -98,6 +98,11 @@ class ZrXmlReader {
   static void setDefaultHttpIncludesAllowed(bool allowed) { m_theDefaultHttpIncludesAllowed = allowed; }
   ZrU32 depth() const { return static_cast<ZrU32>(m_theFileReaders.size()); }
 
+  // Reference expansion in every document this reader reads, included ones too (see
+  // ZrXmlFileReader::setExpandReferences); a new reader takes ZrXmlFileReader::defaultExpandReferences().
+  void setExpandReferences(bool flag);
+  bool expandReferences() const { return m_theExpandReferences; }
+
   // Nesting of objects being read. A compound calls enterObject() before reading its children and,
   // when it returned true, leaveObject() after them; when it returned false the limit was reached, the
   // element has been reported and skipped to its end tag, and the compound reads nothing more.
@@ -138,6 +143,7 @@ class ZrXmlReader {
   std::shared_ptr<ZrBaseXmlFactory> m_theFactory;
   ZrU32 m_theMaxIncludeDepth;
   bool m_theHttpIncludesAllowed;
+  bool m_theExpandReferences = ZrXmlFileReader::defaultExpandReferences();
   ZrU32 m_theObjectDepth = 0;
   ZrU32 m_theMaxObjectDepth = m_theDefaultMaxObjectDepth;
 

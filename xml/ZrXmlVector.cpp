@@ -1,5 +1,6 @@
 #include "ZrXmlVector.h"
 
+#include "ZrNumberText.h"
 #include "ZrPrint.h"
 #include "ZrXmlObjectVisitor.h"
 #include "ZrXmlReader.h"
@@ -166,9 +167,16 @@ ZrXmlVector::RealWriter::RealWriter(ZrXmlWriter& writer)
     : m_theWriter(writer),
       m_theShortWay(writer.valueStream().flags() == (std::ios_base::dec | std::ios_base::skipws) &&
                     writer.valueStream().width() == 0 && writer.valueStream().getloc() == std::locale::classic()),
-      m_thePrecision(static_cast<int>(writer.valueStream().precision())) {}
+      m_thePrecision(static_cast<int>(writer.valueStream().precision())),
+      m_theLossless(writer.losslessReals()) {}
 
 void ZrXmlVector::RealWriter::write(double value) {
+  if (m_theLossless) {
+    m_theWriter.type(typeid(double));
+    char text[ZrDOUBLE_CHARS_SIZE];
+    m_theWriter.data(text, ZrDOUBLE2CHARS(value, text));
+    return;
+  }
   if (!m_theShortWay) {
     m_theWriter << value;
     return;

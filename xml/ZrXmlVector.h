@@ -70,7 +70,8 @@ class ZrXmlVector : public ZrXmlObject {
   // writer's value stream is in its default state (classic locale, default flags) its text equals
   // printf's "%.<precision>g", which to_chars gives directly, so those reals skip the stream. Any
   // other state keeps the stream. The state is looked at once, when the RealWriter is made. The short
-  // way hands the digits to the writer's text form of data(), not to the virtual data().
+  // way hands the digits to the writer's text form of data(), not to the virtual data(). A writer with
+  // lossless reals always takes the short way, with the shortest text that reads back to the value.
   class RealWriter {
    public:
     explicit RealWriter(ZrXmlWriter& writer);
@@ -80,6 +81,7 @@ class ZrXmlVector : public ZrXmlObject {
     ZrXmlWriter& m_theWriter;
     bool m_theShortWay;
     int m_thePrecision;
+    bool m_theLossless;
   };
 
  private:

@@ -1,5 +1,6 @@
 #include "ZrXmlWriter.h"
 
+#include <ZrNumberText.h>
 #include <ZrPrint.h>
 #include <ZrXmlSchemaElementType.h>
 
@@ -86,6 +87,33 @@ const char* schemaTypeName(const std::type_info& info) {
   return "string";
 }
 
+// The predefined entity reference that stands for a markup character in escaped text, or null.
+const char* markupReference(char c) {
+  switch (c) {
+    case '&': return "&amp;";
+    case '<': return "&lt;";
+    case '>': return "&gt;";
+    case '"': return "&quot;";
+    default: return nullptr;
+  }
+}
+
+// Hands text to out(first, size) in pieces: runs without markup characters as they stand, each markup
+// character as its reference.
+template <class Out>
+void forEachEscapedPiece(const char* text, std::size_t size, Out&& out) {
+  const char* run = text;
+  const char* end = text + size;
+  for (const char* at = text; at != end; ++at) {
+    const char* reference = markupReference(*at);
+    if (!reference) continue;
+    out(run, static_cast<std::size_t>(at - run));
+    out(reference, std::strlen(reference));
+    run = at + 1;
+  }
+  out(run, static_cast<std::size_t>(end - run));
+}
+
 }  // namespace
 
 struct ZrXmlWriter::ClassDefaults {
@@ -96,6 +124,9 @@ struct ZrXmlWriter::ClassDefaults {
   std::string m_theSchemaLocation;
   bool m_theWriteSchema = false;
   bool m_theWriteDefaultDataFlag = true;
+  bool m_theNamespaceComplete = false;
+  bool m_theLosslessReals = false;
+  bool m_theEscapeMarkup = false;
 };
 
 // Built on first use, so that writers constructed during static initialisation elsewhere see them.
@@ -121,7 +152,10 @@ ZrXmlWriter::ZrXmlWriter()
       m_theStyleSheetLine(classDefaults().m_theStyleSheetLocation),
       m_theSchemaInstanceText(classDefaults().m_theSchemaInstance),
       m_theSchemaLocationText(classDefaults().m_theSchemaLocation),
-      m_theSchemaWriterFlag(classDefaults().m_theWriteSchema) {}
+      m_theSchemaWriterFlag(classDefaults().m_theWriteSchema),
+      m_theNamespaceCompleteFlag(classDefaults().m_theNamespaceComplete),
+      m_theLosslessRealsFlag(classDefaults().m_theLosslessReals),
+      m_theEscapeMarkupFlag(classDefaults().m_theEscapeMarkup) {}
 
 ZrXmlWriter::ZrXmlWriter(const std::string& filename, std::ostream& output) : ZrXmlWriter() {
   m_theOutput = &output;
@@ -147,7 +181,10 @@ ZrXmlWriter::ZrXmlWriter(const ZrXmlWriter& other)
       m_theSchema(other.m_theSchema),
       m_theSchemaWriterFlag(other.m_theSchemaWriterFlag),
       m_theTypeName(other.m_theTypeName),
-      m_theLastTypeInfo(other.m_theLastTypeInfo) {
+      m_theLastTypeInfo(other.m_theLastTypeInfo),
+      m_theNamespaceCompleteFlag(other.m_theNamespaceCompleteFlag),
+      m_theLosslessRealsFlag(other.m_theLosslessRealsFlag),
+      m_theEscapeMarkupFlag(other.m_theEscapeMarkupFlag) {
   m_theValueStream.copyfmt(other.m_theValueStream);
   m_theValueStream.str(other.m_theValueStream.str());
 }
@@ -176,6 +213,9 @@ ZrXmlWriter& ZrXmlWriter::operator=(const ZrXmlWriter& other) {
   m_theSchemaWriterFlag = other.m_theSchemaWriterFlag;
   m_theTypeName = other.m_theTypeName;
   m_theLastTypeInfo = other.m_theLastTypeInfo;
+  m_theNamespaceCompleteFlag = other.m_theNamespaceCompleteFlag;
+  m_theLosslessRealsFlag = other.m_theLosslessRealsFlag;
+  m_theEscapeMarkupFlag = other.m_theEscapeMarkupFlag;
   return *this;
 }
 
@@ -202,6 +242,19 @@ void ZrXmlWriter::tab(unsigned count) {
 
 // ---- namespaces ----
 
+// The prefix with which an open element declared xmlNamespace, the nearest first, or null when none
+// did. In the toolkit's form any such declaration serves; a namespace-complete document also needs it
+// to be still in force.
+const std::string* ZrXmlWriter::declaredPrefix(const std::string& xmlNamespace) const {
+  if (m_theNamespaceCompleteFlag) return prefixInForce(xmlNamespace);
+  for (size_t level = m_theDepth; level-- > 0;) {
+    const auto& declarations = m_theElementStack[level].namespaces;
+    auto found = declarations.find(xmlNamespace);
+    if (found != declarations.end()) return &found->second;
+  }
+  return nullptr;
+}
+
 // The prefix bound to xmlNamespace at the innermost open element, or null when the namespace is
 // not declared there. A declaration counts only while no nearer element rebinds its prefix.
 const std::string* ZrXmlWriter::prefixInForce(const std::string& xmlNamespace) const {
@@ -223,7 +276,7 @@ bool ZrXmlWriter::prefixReboundBelow(const std::string& prefix, size_t level) co
 // The prefix with which the element about to be pushed declares xmlNamespace.
 std::string ZrXmlWriter::declarationPrefix(const std::string& xmlNamespace) const {
   std::string prefix = afterLastSlash(xmlNamespace);
-  if (prefix.empty()) return prefix;  // a default-namespace declaration
+  if (prefix.empty() || !m_theNamespaceCompleteFlag) return prefix;  // empty: a default-namespace declaration
   bool usable = isUsablePrefix(prefix) && (prefix != theSchemaInstancePrefix || xmlNamespace == theSchemaInstanceUri);
   return usable ? prefix : "ns" + std::to_string(m_theDepth + 1);
 }
@@ -283,9 +336,11 @@ void ZrXmlWriter::openElement(const std::string& xmlNamespace, const std::string
     Zr::Print::instance().write(Zr::PrintError, "ZrXmlWriter Error: All elements must have namespace: %s\n\tFile: %s\n",
                                 localName.c_str(), m_theFilename.c_str());
   } else if (m_theDepth == 0) {
-    m_theCurrentNamespace = xmlNamespace;  // the document's default namespace, declared here
-    declare = true;
-  } else if ((knownPrefix = prefixInForce(xmlNamespace)) == nullptr) {
+    m_theCurrentNamespace = xmlNamespace;
+    declare = m_theNamespaceCompleteFlag;  // the document's default namespace, declared here
+  } else if (!m_theNamespaceCompleteFlag && xmlNamespace == m_theCurrentNamespace) {
+    // the current namespace is written unprefixed and undeclared
+  } else if ((knownPrefix = declaredPrefix(xmlNamespace)) == nullptr) {
     newPrefix = declarationPrefix(xmlNamespace);
     declare = true;
   }
@@ -322,7 +377,7 @@ void ZrXmlWriter::setAttributeName(const ZrToken& token) {
     Zr::Print::instance().write(Zr::PrintError,
                                 "ZrXmlWriter Error: no namespace on attributes preferred: %s\n\tFile: %s\n",
                                 token.tokenText().c_str(), m_theFilename.c_str());
-    prefix = prefixInForce(token.namespaceText());
+    prefix = declaredPrefix(token.namespaceText());
     if (!prefix)
       Zr::Print::instance().write(Zr::PrintError,
                                   "ZrXmlWriter Error: attribute namespace doesn't exist: %s\n\tFile: %s\n",
@@ -343,9 +398,14 @@ void ZrXmlWriter::attributeValue(const std::string& text) { putAttributeValue(te
 
 void ZrXmlWriter::putAttributeValue(const char* text, std::size_t size) {
   put("\"");
-  put(text, size);
+  if (m_theEscapeMarkupFlag) putEscaped(text, size);
+  else put(text, size);
   put("\"");
   m_theMode = 3;
+}
+
+void ZrXmlWriter::putEscaped(const char* text, std::size_t size) {
+  forEachEscapedPiece(text, size, [this](const char* piece, std::size_t length) { put(piece, length); });
 }
 
 void ZrXmlWriter::content(const std::string& text) { appendContent(text.data(), text.size()); }
@@ -361,7 +421,11 @@ void ZrXmlWriter::appendContent(const char* text, std::size_t size) {
       m_theContentBuffer.push_back(' ');
     }
   }
-  m_theContentBuffer.append(text, size);
+  std::string& buffer = m_theContentBuffer;
+  if (m_theEscapeMarkupFlag)
+    forEachEscapedPiece(text, size, [&buffer](const char* piece, std::size_t length) { buffer.append(piece, length); });
+  else
+    buffer.append(text, size);
   ++m_theContentCount;
   m_theMode = 4;
 }
@@ -404,8 +468,8 @@ void ZrXmlWriter::reportMisplacedData() const {
 }
 
 void ZrXmlWriter::writeNilEnding() {
-  const std::string* prefix = prefixInForce(theSchemaInstanceUri);
-  if (!prefix || *prefix != theSchemaInstancePrefix) {
+  const std::string* prefix = m_theNamespaceCompleteFlag ? prefixInForce(theSchemaInstanceUri) : nullptr;
+  if (m_theNamespaceCompleteFlag && (!prefix || *prefix != theSchemaInstancePrefix)) {
     put(" xmlns:xsi=\"");
     put(theSchemaInstanceUri);
     put("\"");
@@ -479,18 +543,19 @@ void ZrXmlWriter::header(const ZrToken& root, const std::string& schemaNamespace
     put("\n");
   }
 
-  // The xsi declaration is written whatever the schema instance text holds: nil elements need it.
+  // The xsi declaration is written whatever the schema instance text holds: nil elements need it. The
+  // root's namespace is the current namespace; only a namespace-complete document declares it.
   const std::string& xmlNamespace = root.namespaceText();
   m_theCurrentNamespace = xmlNamespace;
   closeOpenStartTag();
   ElementStruct& element = pushElement(root.namespaceText(), root.tokenText());
   element.qualifiedName = root.tokenText();
   element.namespaces.emplace(theSchemaInstanceUri, theSchemaInstancePrefix);
-  if (!xmlNamespace.empty()) element.namespaces.emplace(xmlNamespace, "");
+  if (m_theNamespaceCompleteFlag && !xmlNamespace.empty()) element.namespaces.emplace(xmlNamespace, "");
 
   put("<");
   put(root.tokenText());
-  if (!xmlNamespace.empty()) {
+  if (m_theNamespaceCompleteFlag && !xmlNamespace.empty()) {
     put(" xmlns=\"");
     put(xmlNamespace);
     put("\"");
@@ -529,14 +594,28 @@ void writeValue(ZrXmlWriter& writer, const T& value) {
   stream.clear();
 }
 
-void writeValue(ZrXmlWriter& writer, const ZrAngle& angle) { writeValue(writer, angle.value()); }
+void writeValue(ZrXmlWriter& writer, const double& value) { writer.realData(value); }
 
-void writeValue(ZrXmlWriter& writer, const ZrNonNegReal& real) { writeValue(writer, real.value()); }
+void writeValue(ZrXmlWriter& writer, const ZrAngle& angle) { writer.realData(angle.value()); }
+
+void writeValue(ZrXmlWriter& writer, const ZrNonNegReal& real) { writer.realData(real.value()); }
 
 // A string is its own text: the formatting stream would only copy it twice.
 void writeValue(ZrXmlWriter& writer, const std::string& text) { writer.data(text); }
 
 }  // namespace
+
+void ZrXmlWriter::realData(double value) {
+  if (m_theLosslessRealsFlag) {
+    char text[ZrDOUBLE_CHARS_SIZE];
+    data(std::string(text, ZrDOUBLE2CHARS(value, text)));
+    return;
+  }
+  m_theValueStream << value;
+  data(m_theValueStream.str());
+  m_theValueStream.str(std::string());
+  m_theValueStream.clear();
+}
 
 template <class T>
 ZrXmlWriter& operator<<(ZrXmlWriter& writer, const T& value) {
@@ -597,6 +676,13 @@ bool ZrXmlWriter::defaultSchemaWriter() { return classDefaults().m_theWriteSchem
 void ZrXmlWriter::setDefaultSchemaWriter(bool flag) { classDefaults().m_theWriteSchema = flag; }
 bool ZrXmlWriter::defaultForWriteDefaultDataFlag() { return classDefaults().m_theWriteDefaultDataFlag; }
 void ZrXmlWriter::setDefaultForWriteDefaultDataFlag(bool flag) { classDefaults().m_theWriteDefaultDataFlag = flag; }
+
+bool ZrXmlWriter::defaultNamespaceComplete() { return classDefaults().m_theNamespaceComplete; }
+void ZrXmlWriter::setDefaultNamespaceComplete(bool flag) { classDefaults().m_theNamespaceComplete = flag; }
+bool ZrXmlWriter::defaultLosslessReals() { return classDefaults().m_theLosslessReals; }
+void ZrXmlWriter::setDefaultLosslessReals(bool flag) { classDefaults().m_theLosslessReals = flag; }
+bool ZrXmlWriter::defaultEscapeMarkup() { return classDefaults().m_theEscapeMarkup; }
+void ZrXmlWriter::setDefaultEscapeMarkup(bool flag) { classDefaults().m_theEscapeMarkup = flag; }
 
 void ZrXmlWriter::setDefaultLanguageSelection(LANGUAGE language) {
   ClassDefaults& defaults = classDefaults();

@@ -32,35 +32,51 @@
 //
 // Shape of a document:
 //   header(root, schemaNamespace) writes the XML declaration and style-sheet lines, then "<root"
-//   with its namespace declarations and the xsi:schemaLocation pair, and pushes the root onto the
+//   with the xmlns:xsi declaration and the xsi:schemaLocation pair, and pushes the root onto the
 //   element stack with its start tag still open (mode 1). The caller then writes the root's
 //   attributes (setAttributeName + data), its children, and closes it with one writeEndTag(). The
 //   caller does not call writeStartTag for the root after header.
 //
-// Namespaces:
-//   The root's namespace is the document's default namespace: header declares it as xmlns="..."
-//   right after the root's name, before the xmlns:xsi declaration. Without header, the first start
-//   tag's namespace becomes the default namespace and is declared the same way on that element, so
-//   headerless documents are namespace-correct too. Elements in the default namespace are written
-//   unprefixed. An element in another namespace is written prefix:name; its declaration is written
-//   once, on the first such element of a subtree, and its descendants in that namespace find it and
-//   use the same prefix (an unprefixed descendant would land in the default namespace).
-//   The prefix is the namespace's text after its last "/". Where that text cannot serve as a prefix
-//   (not an XML name, reserved "xml..." names, or "xsi" for anything but the schema-instance
-//   namespace) the prefix "ns<depth>" is used instead; the reader drops prefixes, so their spelling
-//   only matters for namespace-correctness. An empty prefix (namespace ending in "/") declares a new
-//   default namespace for the subtree; elements of the outer default namespace inside it then
-//   declare a prefix of their own, because declarations are looked up with shadowing in mind.
+// Namespaces (the toolkit's written form, the default):
+//   header() declares only the schema-instance namespace; the root's namespace becomes the current
+//   namespace without a declaration. Without header, the first start tag's namespace becomes the
+//   current namespace, again undeclared. An element in the current namespace is written by its local
+//   name. An element in another namespace is written prefix:name, the prefix being the namespace's
+//   text after its last "/"; the first such element of a subtree declares xmlns:prefix, and its
+//   descendants in that namespace find the declaration and use the same prefix. An empty prefix (a
+//   namespace ending in "/") declares xmlns="..." and writes the local name. A nil element ends with
+//   xsi:nil="true" alone. The reader and the toolkit's other programs match elements by local name and
+//   expect exactly these bytes; standard XML tools, however, see the root and its unprefixed
+//   descendants in no namespace, so a schema validator needs the form below.
 //
-// Nil elements:
-//   An element closed without attributes or content is written with xsi:nil="true". When no
-//   xmlns:xsi declaration is in force (a document written without header) the nil element declares
-//   the schema-instance namespace itself, just before xsi:nil.
+// Settings: each has a per-writer setter and getter, and a class-wide default (static default...
+// and setDefault...) that new writers copy, like the indent, header and schema writer flag.
 //
-// Escaping:
-//   Attribute values and content are written exactly as given, without escaping: the reader expands
-//   no character or entity references, so escaping "&" or "<" here would change values on the way
-//   back in. Callers must not pass text that contains markup characters.
+// Namespace-complete documents (setNamespaceComplete, off by default):
+//   The root's namespace is declared as the document's default namespace (xmlns="..." right after the
+//   root's name, before xmlns:xsi; without header, on the first start tag). Declarations are looked
+//   up with shadowing in mind: a descendant whose prefix was rebound in between declares its namespace
+//   again, and an element of the outer default namespace inside a subtree that declared another
+//   default namespace declares a prefix of its own. Where the namespace's last segment cannot serve as
+//   a prefix (not an XML name, reserved "xml..." names, or "xsi" for anything but the schema-instance
+//   namespace) the prefix "ns<depth>" is used instead. A nil element declares the schema-instance
+//   namespace itself when no xmlns:xsi is in force. Documents in this form validate against the
+//   schemas the generator writes.
+//
+// Lossless reals (setLosslessReals, off by default):
+//   By default reals take the value stream's defaults: general notation, six significant digits, so
+//   0.1 + 0.2 is written "0.3" and 123456789.123 "1.23457e+08". With lossless reals every real the
+//   writer formats (basic values, angles, non-negative reals, vectors, orientations, arrays) is written
+//   as the shortest text that reads back to the same double ("0.30000000000000004"), and infinities
+//   and NaN take the XML Schema spellings "INF", "-INF" and "NaN", which the reader reads back.
+//
+// Markup-safe text (setEscapeMarkup, off by default):
+//   By default attribute values and content are written exactly as given: a reader expands no
+//   references unless told to, so escaping would change values on the way back in, and callers must
+//   not pass markup characters. With escaping on, '&', '<', '>' and '"' are written as the predefined
+//   entity references, and a reader with reference expansion on (ZrXmlFileReader::setExpandReferences)
+//   reads every string back unchanged. A document holding UTF-8 text should also say so in its
+//   declaration: setHeader("<?xml version=\"1.0\" encoding=\"UTF-8\"?>").
 //
 // Outside the call protocol:
 //   Content followed by a child start tag (mixed content) closes the parent's start tag and writes
@@ -116,6 +132,9 @@ class ZrXmlWriter {
   // content(), so a derived writer overriding those does not see these texts; the reals of vectors,
   // orientations and arrays are written through it.
   void data(const char* text, std::size_t size);
+  // Passes a real's text to the virtual data(): six significant digits from the value stream, or the
+  // lossless form. Basic values, angles and non-negative reals are written through it, after type().
+  void realData(double value);
   virtual ZrBoolean writeDefaultDataFlag() const;
   virtual void setWriteDefaultDataFlag(ZrBoolean flag);
   virtual void attributeValue(const std::string& text);
@@ -123,6 +142,14 @@ class ZrXmlWriter {
   virtual void setSchemaWriter(bool flag);
   virtual void header(const ZrToken& root, const std::string& schemaNamespace);
   virtual void tab(unsigned count);
+
+  // The written forms (see the class comment); each off by default.
+  bool namespaceComplete() const { return m_theNamespaceCompleteFlag; }
+  void setNamespaceComplete(bool flag) { m_theNamespaceCompleteFlag = flag; }
+  bool losslessReals() const { return m_theLosslessRealsFlag; }
+  void setLosslessReals(bool flag) { m_theLosslessRealsFlag = flag; }
+  bool escapeMarkup() const { return m_theEscapeMarkupFlag; }
+  void setEscapeMarkup(bool flag) { m_theEscapeMarkupFlag = flag; }
 
   // Plain accessors.
   int mode() const { return m_theMode; }
@@ -160,6 +187,12 @@ class ZrXmlWriter {
   static bool defaultForWriteDefaultDataFlag();
   static void setDefaultForWriteDefaultDataFlag(bool flag);
   static void setDefaultLanguageSelection(LANGUAGE language);
+  static bool defaultNamespaceComplete();
+  static void setDefaultNamespaceComplete(bool flag);
+  static bool defaultLosslessReals();
+  static void setDefaultLosslessReals(bool flag);
+  static bool defaultEscapeMarkup();
+  static void setDefaultEscapeMarkup(bool flag);
 
  private:
   struct ClassDefaults;
@@ -169,11 +202,13 @@ class ZrXmlWriter {
   void put(const char* text);
   void put(const char* text, std::size_t size);
   void putAttributeValue(const char* text, std::size_t size);
+  void putEscaped(const char* text, std::size_t size);
   void appendContent(const char* text, std::size_t size);
   void reportMisplacedData() const;
   void openElement(const std::string& xmlNamespace, const std::string& localName);
   ElementStruct& pushElement(const std::string& xmlNamespace, const std::string& localName);
   ElementStruct& innermost() { return m_theElementStack[m_theDepth - 1]; }
+  const std::string* declaredPrefix(const std::string& xmlNamespace) const;
   const std::string* prefixInForce(const std::string& xmlNamespace) const;
   bool prefixReboundBelow(const std::string& prefix, size_t level) const;
   std::string declarationPrefix(const std::string& xmlNamespace) const;
@@ -205,6 +240,9 @@ class ZrXmlWriter {
   std::string m_theTypeName;
   // The type of the last value written: long arrays repeat it, and looking it up compares names.
   const std::type_info* m_theLastTypeInfo = nullptr;
+  bool m_theNamespaceCompleteFlag;
+  bool m_theLosslessRealsFlag;
+  bool m_theEscapeMarkupFlag;
 };
 
 // Writes one value: records its schema type, formats it in the writer's value stream and passes the text to data().

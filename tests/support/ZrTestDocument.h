@@ -10,7 +10,7 @@
 
 namespace ZrTest {
 
-// The document that object writes inside <v xmlns="urn:test">, as that element's content or, when an
+// The document that object writes inside <v> (namespace urn:test), as that element's content or, when an
 // attribute name is given, as the value of that attribute.
 template <class Object>
 std::string written(const Object& object, const std::string& attribute = "", bool writeDefaultData = true) {
