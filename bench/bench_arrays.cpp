@@ -175,6 +175,17 @@ struct Ours {
   }
 };
 
+// Ours with lossless reals: the shortest text that reads back to each double instead of six digits.
+struct OursLossless : Ours {
+  template <class Object>
+  static std::string write(const Object& object) {
+    ZrXmlWriter::setDefaultLosslessReals(true);
+    std::string text = Ours::write(object);
+    ZrXmlWriter::setDefaultLosslessReals(false);
+    return text;
+  }
+};
+
 // The peers keep their numbers in standard containers.
 struct StandardContainers {
   using Doubles = std::vector<double>;
@@ -377,6 +388,7 @@ int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   registerLibrary<Ours>("zrXml");
+  registerLibrary<OursLossless>("zrXmlLossless");
 #ifdef ZR_BENCH_HAVE_PUGIXML
   registerLibrary<Pugixml>("pugixml");
 #endif

@@ -102,7 +102,7 @@ void finish(benchmark::State& state, const std::string& document, const Tally& t
   state.SetLabel(theKindNames[state.range(0)]);
 }
 
-void BM_zrXml(benchmark::State& state) {
+void readWithZrXml(benchmark::State& state, bool expandReferences) {
   const std::string& document = documentOf(static_cast<int>(state.range(0)));
   Tally tally;
   for (auto _ : state) {
@@ -110,6 +110,7 @@ void BM_zrXml(benchmark::State& state) {
     MemoryBuffer buffer(document);
     std::istream in(&buffer);
     ZrXmlFileReader reader("bench.xml", in);
+    reader.setExpandReferences(expandReferences);
     for (int mode = reader.readXml(); mode != 0 && mode != 5; mode = reader.readXml()) {
       if (mode == 1 || mode == 3) {
         ++tally.elements;
@@ -122,6 +123,11 @@ void BM_zrXml(benchmark::State& state) {
   }
   finish(state, document, tally);
 }
+
+void BM_zrXml(benchmark::State& state) { readWithZrXml(state, false); }
+// The cost of markup-safe reading: every content and attribute value is searched for references.
+void BM_zrXmlExpandingReferences(benchmark::State& state) { readWithZrXml(state, true); }
+BENCHMARK(BM_zrXmlExpandingReferences)->DenseRange(0, 2)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_zrXml)->DenseRange(0, 2)->Unit(benchmark::kMillisecond);
 
 #ifdef ZR_BENCH_HAVE_EXPAT

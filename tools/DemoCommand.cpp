@@ -67,6 +67,7 @@ int demoCommand(int argc, char** argv, const PrintRouter& router) {
       listValues = true;
     } else if (std::strcmp(argv[i], "--formula") == 0 && !formula) {
       formula = true;
+    } else if (takeWrittenFormOption(argv[i])) {
     } else if (formula && std::strchr(argv[i], '=')) {
       usage = !parseBinding(argv[i], bindings);
     } else if (path.empty() && argv[i][0] != '-') {
@@ -76,7 +77,8 @@ int demoCommand(int argc, char** argv, const PrintRouter& router) {
     }
   }
   if (usage || (formula && listValues)) {
-    output("usage: zrxml demo [--values] [FILE]\n       zrxml demo --formula [FILE] [NAME=VALUE...]\n");
+    output("usage: zrxml demo [--values] %s [FILE]\n       zrxml demo --formula [FILE] [NAME=VALUE...]\n",
+           theWrittenFormOptions);
     return ExitUsage;
   }
   if (path.empty()) path = formula ? ZrFormulaDocument::samplePath() : ZrRobotCellDocument::samplePath();

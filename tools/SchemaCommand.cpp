@@ -1,18 +1,22 @@
 // zrxml schema: writes the XML Schema files of the example documents, one per namespace, named as the
 // writer names them in the documents' xsi:schemaLocation (robotCell.xml pairs with robotCell.cell.xsd).
 // The formula's schema includes the terms of the tool's own plug-in, so that documents using them
-// validate too.
+// validate too. With --namespace-complete the sample documents are written beside their schemas in the
+// namespace-complete form, ready for a validator: xmllint --schema DIR/robotCell.cell.xsd DIR/robotCell.xml.
 #include "ZrxmlTool.h"
 
 #include <ZrCellNamespace.h>
 #include <ZrFormula.h>
+#include <ZrFormulaDocument.h>
 #include <ZrPrint.h>
 #include <ZrRobotCell.h>
+#include <ZrRobotCellDocument.h>
 #include <ZrXmlWriter.h>
 
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <fstream>
 #include <string>
 
 namespace zrxml {
@@ -35,14 +39,35 @@ bool writeSchema(const ZrXmlObject& root, const std::string& directory, const ch
   return true;
 }
 
+// Reads a sample document into root and writes it again as directory/name.
+template <class Document, class Root>
+bool writeSample(Root& root, const std::string& directory, const char* name) {
+  const std::string path = directory + "/" + name;
+  if (!Document::readFile(Document::samplePath(), root)) return false;
+  std::ofstream out(path.c_str(), std::ios::out | std::ios::binary);
+  if (!out || !Document::write(root, out, path)) return false;
+  output("%s\n", path.c_str());
+  return true;
+}
+
 }  // namespace
 
 int schemaCommand(int argc, char** argv, const PrintRouter& router) {
-  if (argc > 1 || (argc == 1 && argv[0][0] == '-')) {
-    output("usage: zrxml schema [DIR]\n");
+  std::string directory;
+  bool usage = false;
+  for (int i = 0; i < argc && !usage; ++i) {
+    if (std::string(argv[i]) == "--namespace-complete")
+      ZrXmlWriter::setDefaultNamespaceComplete(true);
+    else if (directory.empty() && argv[i][0] != '-')
+      directory = argv[i];
+    else
+      usage = true;
+  }
+  if (usage) {
+    output("usage: zrxml schema [--namespace-complete] [DIR]\n");
     return ExitUsage;
   }
-  const std::string directory = argc == 1 ? argv[0] : ".";
+  if (directory.empty()) directory = ".";
   if (!isDirectory(directory)) {
     Zr::Print::instance().write(Zr::PrintError, "zrxml Error: not a directory.\n\tFile: %s\n", directory.c_str());
     return ExitCannotOpen;
@@ -55,8 +80,14 @@ int schemaCommand(int argc, char** argv, const PrintRouter& router) {
   addOwnPluginDirectory();
   formula.processLibraries();
 
-  const bool written = writeSchema(ZrRobotCell(), directory, "robotCell.xml") &&
-                       writeSchema(formula, directory, "formula.xml");
+  bool written = writeSchema(ZrRobotCell(), directory, "robotCell.xml") &&
+                 writeSchema(formula, directory, "formula.xml");
+  if (written && ZrXmlWriter::defaultNamespaceComplete()) {
+    ZrRobotCell cell;
+    ZrFormula sampleFormula;
+    written = writeSample<ZrRobotCellDocument>(cell, directory, "robotCell.xml") &&
+              writeSample<ZrFormulaDocument>(sampleFormula, directory, "formula.xml");
+  }
   if (!written) return ExitCannotOpen;
   return router.faults() != 0 ? ExitFaults : ExitOk;
 }

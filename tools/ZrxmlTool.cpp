@@ -3,6 +3,7 @@
 #include <ZrPrint.h>
 #include <ZrIfHttpStream.h>
 #include <ZrXmlReader.h>
+#include <ZrXmlWriter.h>
 
 #include <filesystem>
 #include <fstream>
@@ -20,6 +21,21 @@ namespace {
 const std::size_t theProgressThreshold = 8u << 20;
 const std::chrono::milliseconds theProgressInterval(200);
 }  // namespace
+
+const char* const theWrittenFormOptions = "[--namespace-complete] [--lossless-reals] [--escape-markup]";
+
+bool takeWrittenFormOption(const char* argument) {
+  const std::string option = argument;
+  if (option == "--namespace-complete")
+    ZrXmlWriter::setDefaultNamespaceComplete(true);
+  else if (option == "--lossless-reals")
+    ZrXmlWriter::setDefaultLosslessReals(true);
+  else if (option == "--escape-markup")
+    ZrXmlWriter::setDefaultEscapeMarkup(true);
+  else
+    return false;
+  return true;
+}
 
 PrintRouter::PrintRouter() {
   Zr::Print::instance().setSink([this](int printType, const std::string& message) { route(printType, message); });

@@ -31,6 +31,11 @@ int eventsCommand(int argc, char** argv, const PrintRouter& router);
 int demoCommand(int argc, char** argv, const PrintRouter& router);
 int schemaCommand(int argc, char** argv, const PrintRouter& router);
 
+// The written-form options of the commands that write documents: --namespace-complete, --lossless-reals
+// and --escape-markup switch the writer's class default of the same name on. True when `argument` was one.
+bool takeWrittenFormOption(const char* argument);
+extern const char* const theWrittenFormOptions;  // for usage lines
+
 // Puts the directory of the tool's own plug-ins on the library's plug-in search path.
 void addOwnPluginDirectory();
 

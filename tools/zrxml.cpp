@@ -13,9 +13,13 @@ const zrxml::Command theCommands[] = {
      zrxml::eventsCommand},
     {"demo", "[FILE]",
      "read a robot-cell document (default: the sample) and write it back; --values lists it; --formula "
-     "reads, prints and evaluates a formula",
+     "reads, prints and evaluates a formula; --namespace-complete, --lossless-reals and --escape-markup "
+     "choose the written form",
      zrxml::demoCommand},
-    {"schema", "[DIR]", "write the XML Schema files of the example documents (robot cell, formula) into DIR", zrxml::schemaCommand},
+    {"schema", "[DIR]",
+     "write the XML Schema files of the example documents (robot cell, formula) into DIR; "
+     "--namespace-complete also writes the samples there, in the form a validator needs",
+     zrxml::schemaCommand},
 };
 
 void printUsage() {

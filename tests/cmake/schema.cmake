@@ -37,3 +37,12 @@ if(TARGET zrxml AND ZR_XMLLINT)
 '${ZR_XMLLINT}' --noout --schema '${dir}/robotCell.cell.xsd' '${PROJECT_SOURCE_DIR}/samples/robotCell.xml' && \
 '${ZR_XMLLINT}' --noout --schema '${dir}/formula.cell.xsd' '${PROJECT_SOURCE_DIR}/examples/expression/formula.xml'")
 endif()
+
+# With --namespace-complete the tool writes the samples beside their schemas, and they validate there.
+if(TARGET zrxml AND ZR_XMLLINT)
+  set(dir ${CMAKE_CURRENT_BINARY_DIR}/completeSamples)
+  add_test(NAME zrxml.namespaceCompleteSamplesValidate
+           COMMAND sh -c "mkdir -p '${dir}' && '$<TARGET_FILE:zrxml>' schema --namespace-complete '${dir}' >/dev/null && \
+'${ZR_XMLLINT}' --noout --schema '${dir}/robotCell.cell.xsd' '${dir}/robotCell.xml' && \
+'${ZR_XMLLINT}' --noout --schema '${dir}/formula.cell.xsd' '${dir}/formula.xml'")
+endif()

@@ -12,6 +12,11 @@ if(TARGET zrxml)
   zr_tool_test(checkMissingFile 2 "nothere.xml: cannot be opened" check ${samples}/robotCell.xml ${samples}/nothere.xml)
   zr_tool_test(eventsSample 0 "line 26: 3 empty element x=\"0.5\" y=\"0\" z=\"1.2\"" events ${samples}/robotCell.xml)
   zr_tool_test(unknownCommand 64 "unknown command" frobnicate)
+  # The toolkit's form by default; the written-form options change the root's declarations and the reals.
+  zr_tool_test(demoWritesTheToolkitForm 0 "<robotCell xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\"\n"
+               demo ${samples}/robotCell.xml)
+  zr_tool_test(demoWritesNamespaceComplete 0 "<robotCell xmlns=\"http://www.zrtoolkit.org/namespace/cell\" xmlns:xsi="
+               demo --namespace-complete --lossless-reals ${samples}/robotCell.xml)
   # Include elements are followed: the included documents' events appear in place, named by their file.
   zr_tool_test(checkFollowsIncludes 0 "plant.xml: ok, 21 events, 9 lines, 0 faults" check ${samples}/plant.xml)
   zr_tool_test(eventsNameIncludedFiles 0 "plantLineB.xml line 3: 1 start station name=\"weld\" serial=\"21\""
