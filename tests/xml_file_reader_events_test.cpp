@@ -12,7 +12,7 @@ using Events = std::vector<std::string>;
 
 struct EventCase {
   const char* name;
-  const char* document;
+  std::string document;
   Events events;
   Events messages;
 };
@@ -25,6 +25,13 @@ TEST(ZrXmlFileReaderEvents, DocumentsGiveTheirEventSequences) {
        {"1 a", "2 a", "0"}, {}},
       {"content joins across a comment", "<v>1 2<!-- c --> 3</v>", {"1 v", "4 v '1 2 3'", "0"}, {}},
       {"comment containing --", "<a><!-- a -- b --></a>", {"1 a", "2 a", "0"}, {}},
+      {"comment ending in a dash before its first '>'", "<a><!--x->--></a>", {"1 a", "2 a", "0"}, {}},
+      {"comment whose -- ends at a later '>'", "<a><!-- a > b -- c > d --></a>", {"1 a", "4 a 'd -->'", "0"},
+       {"file not well formed.\n\tComment contains extra -- in it.@1"}},
+      {"byte-order mark skipped", "\xEF\xBB\xBF<a/>", {"3 a", "0"}, {}},
+      {"UTF-16 reported once", std::string("\xFF\xFE<\0a\0/\0>\0", 10), {"0"},
+       {"UTF-16 documents are not supported.@1"}},
+      {"UTF-16 without a mark", std::string("\0<\0a\0/\0>", 8), {"0"}, {"UTF-16 documents are not supported.@1"}},
       {"text after an empty element", "<a><b/>text</a>", {"1 a", "3 b", "2 a", "0"},
        {"file not well formed.\n\tContent can only follow start tag.@1"}},
       {"space before the name", "< a></a>", {"1 a", "2 a", "0"},

@@ -249,7 +249,9 @@ ZrXmlFileReader::ZrXmlFileReader(const std::string& filename, std::istream* stre
       m_theFastInTag(false),
       m_theFastSelfClosed(false),
       m_theFastBaseDepth(0),
-      m_theExpandReferences(m_theDefaultExpandReferences) {
+      m_theExpandReferences(m_theDefaultExpandReferences),
+      m_theStartRead(false),
+      m_theUnsupportedEncoding(false) {
   m_theReadBuffer.reserve(theBlockSize);
 }
 
@@ -290,6 +292,8 @@ void ZrXmlFileReader::copyFrom(const ZrXmlFileReader& other) {
   m_theFastElement = other.m_theFastElement;
   m_theFastName = other.m_theFastName;
   m_theExpandReferences = other.m_theExpandReferences;
+  m_theStartRead = other.m_theStartRead;
+  m_theUnsupportedEncoding = other.m_theUnsupportedEncoding;
 }
 
 // A single element left open passes silently: a reader that stops after its root's start tag is normal.
@@ -473,11 +477,29 @@ bool ZrXmlFileReader::readBlock() {
   }
   if (m_theStream->eof()) m_theStreamExhausted = true;
   m_theBlock[static_cast<std::size_t>(count)] = '\0';
-  std::size_t length = std::strlen(m_theBlock.get());  // the block is taken as a C string: cut at a NUL
-  m_theReadBuffer.append(m_theBlock.get(), length);
+  std::size_t skipped = 0;
+  if (!m_theStartRead && !checkDocumentStart(static_cast<std::size_t>(count), skipped)) return false;
+  std::size_t length = std::strlen(m_theBlock.get() + skipped);  // the block is taken as a C string: cut at a NUL
+  m_theReadBuffer.append(m_theBlock.get() + skipped, length);
+  length += skipped;
   if (length < static_cast<std::size_t>(count))
     warnMessage("file not well formed.\n\tNUL character in the input; the rest of its block was dropped.");
   return true;
+}
+
+// The first bytes of a document: a UTF-8 byte-order mark is skipped; a document in UTF-16 (its mark, or
+// '<' next to a NUL byte) is reported once and not read at all, instead of a NUL report per block.
+bool ZrXmlFileReader::checkDocumentStart(std::size_t count, std::size_t& skipped) {
+  m_theStartRead = true;
+  const unsigned char* bytes = reinterpret_cast<const unsigned char*>(m_theBlock.get());
+  if (count >= 3 && bytes[0] == 0xEF && bytes[1] == 0xBB && bytes[2] == 0xBF) skipped = 3;
+  const bool utf16 = count >= 2 && ((bytes[0] == 0xFE && bytes[1] == 0xFF) || (bytes[0] == 0xFF && bytes[1] == 0xFE) ||
+                                    (bytes[0] == 0 && bytes[1] == '<') || (bytes[0] == '<' && bytes[1] == 0));
+  if (!utf16) return true;
+  warnMessage("UTF-16 documents are not supported.");
+  m_theUnsupportedEncoding = true;
+  m_theStreamExhausted = true;
+  return false;
 }
 
 // Position of the next `c` at or after `from`, reading blocks as needed; npos at end of input. After a
@@ -563,7 +585,8 @@ int ZrXmlFileReader::readXml() {
   switch (m_theMode) {
     case 0:
       m_theMode = nextEvent();
-      if (m_theMode != 1 && m_theMode != 3) warnMessage("file not well formed.\n\tFile must begin with start tag.");
+      if (m_theMode != 1 && m_theMode != 3 && !m_theUnsupportedEncoding)
+        warnMessage("file not well formed.\n\tFile must begin with start tag.");
       return m_theMode;
     case 1:
       m_theContent.clear();
@@ -673,7 +696,10 @@ void ZrXmlFileReader::skipCommentRest(char lastChar, std::string* text) {
     warnMessage("file not well formed.\n\tEOF found within comment.");
     return;
   }
-  bool clean = close == m_theReadIndex;
+  // The comment ends well when its text then ends with "-->": the two characters before this '>' are
+  // dashes, counting the dash just read ("<!--x->-->" ends well; "<!-- a > b -- c > d -->" does not).
+  const std::string_view last(m_theReadBuffer.data() + m_theReadIndex, close - m_theReadIndex);
+  const bool clean = last.empty() || last == "-" || endsWith(last, "--");
   if (text) text->append(m_theReadBuffer, m_theReadIndex, close - m_theReadIndex).append(1, '>');
   consumeTo(close + 1);
   if (!clean) warnMessage("file not well formed.\n\tComment contains extra -- in it.");

@@ -24,7 +24,8 @@
 // memchr from where the previous search stopped, so a tag, comment or text run spanning many blocks costs
 // time linear in its size; the consumed front of the buffer is dropped once per block read. A single
 // tag, comment or text run longer than defaultMaxTokenSize() is reported and ends reading, so bad input
-// cannot grow memory without bound. Line feeds are counted over every consumed range.
+// cannot grow memory without bound. Line feeds are counted over every consumed range. A UTF-8 byte-order
+// mark at the very start is skipped; a UTF-16 document is reported once and not read.
 //
 // Decisions of this implementation:
 //  - Comments and declarations are skipped in a loop, and text on both sides of a comment inside an
@@ -186,6 +187,7 @@ class ZrXmlFileReader {
 
   // Buffer and scanning.
   bool readBlock();
+  bool checkDocumentStart(std::size_t count, std::size_t& skipped);
   std::size_t findChar(char c, std::size_t from);
   bool ensureAvailable(std::size_t count);
   void consumeTo(std::size_t position);
@@ -233,6 +235,8 @@ class ZrXmlFileReader {
   ZrToken m_theFastElement;     // name of the start tag the fast path entered last
   std::string m_theFastName;    // attribute name being read by the fast path
   bool m_theExpandReferences;
+  bool m_theStartRead;            // the document's first block was read and its encoding looked at
+  bool m_theUnsupportedEncoding;  // the document is UTF-16: reported once, nothing read
 
   static std::size_t m_theMaxTokenSize;
   static bool m_theDefaultExpandReferences;
