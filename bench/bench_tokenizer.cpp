@@ -102,7 +102,7 @@ void finish(benchmark::State& state, const std::string& document, const Tally& t
   state.SetLabel(theKindNames[state.range(0)]);
 }
 
-void readWithZrXml(benchmark::State& state, bool expandReferences) {
+void readWithZrXml(benchmark::State& state, bool expandReferences, bool strict = false) {
   const std::string& document = documentOf(static_cast<int>(state.range(0)));
   Tally tally;
   for (auto _ : state) {
@@ -111,6 +111,7 @@ void readWithZrXml(benchmark::State& state, bool expandReferences) {
     std::istream in(&buffer);
     ZrXmlFileReader reader("bench.xml", in);
     reader.setExpandReferences(expandReferences);
+    reader.setStrict(strict);
     for (int mode = reader.readXml(); mode != 0 && mode != 5; mode = reader.readXml()) {
       if (mode == 1 || mode == 3) {
         ++tally.elements;
@@ -128,6 +129,9 @@ void BM_zrXml(benchmark::State& state) { readWithZrXml(state, false); }
 // The cost of markup-safe reading: every content and attribute value is searched for references.
 void BM_zrXmlExpandingReferences(benchmark::State& state) { readWithZrXml(state, true); }
 BENCHMARK(BM_zrXmlExpandingReferences)->DenseRange(0, 2)->Unit(benchmark::kMillisecond);
+// The cost of strict mode: every name, attribute, text and comment checked for well-formedness.
+void BM_zrXmlStrict(benchmark::State& state) { readWithZrXml(state, false, true); }
+BENCHMARK(BM_zrXmlStrict)->DenseRange(0, 2)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_zrXml)->DenseRange(0, 2)->Unit(benchmark::kMillisecond);
 
 #ifdef ZR_BENCH_HAVE_EXPAT

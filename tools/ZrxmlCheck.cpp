@@ -1,13 +1,22 @@
 // zrxml check FILE...: reads each document to its end and prints one summary line per file.
 #include "ZrxmlTool.h"
 
+#include <ZrXmlFileReader.h>
 #include <ZrXmlReader.h>
+
+#include <cstring>
 
 namespace zrxml {
 
+// --strict checks that each document is well-formed XML 1.0 with namespaces, beyond the forgiving reader.
 int checkCommand(int argc, char** argv, const PrintRouter& router) {
+  if (argc >= 1 && std::strcmp(argv[0], "--strict") == 0) {
+    ZrXmlFileReader::setDefaultStrict(true);
+    --argc;
+    ++argv;
+  }
   if (argc < 1) {
-    output("usage: zrxml check FILE...\n");
+    output("usage: zrxml check [--strict] FILE...\n");
     return ExitUsage;
   }
   int result = ExitOk;

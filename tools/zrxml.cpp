@@ -7,7 +7,9 @@
 namespace {
 
 const zrxml::Command theCommands[] = {
-    {"check", "FILE...", "read each document to its end, print every fault and one summary line per file",
+    {"check", "FILE...",
+     "read each document to its end, print every fault and one summary line per file; --strict also "
+     "reports whatever is not well-formed XML 1.0 with namespaces",
      zrxml::checkCommand},
     {"events", "FILE", "print one line per event: line, mode, kind, element, attributes, content",
      zrxml::eventsCommand},

@@ -1,6 +1,7 @@
 #include "ZrXmlFileReader.h"
 
 #include <ZrPrint.h>
+#include <ZrXmlWellFormednessChecker.h>
 
 #include <algorithm>
 #include <array>
@@ -214,6 +215,7 @@ const std::string ZrXmlFileReader::m_theNullString;
 const std::string ZrXmlFileReader::m_schemaInstanceNamespace = "http://www.w3.org/2001/XMLSchema-instance";
 std::size_t ZrXmlFileReader::m_theMaxTokenSize = std::size_t(1) << 30;
 bool ZrXmlFileReader::m_theDefaultExpandReferences = false;
+bool ZrXmlFileReader::m_theDefaultStrict = false;
 
 std::size_t ZrXmlFileReader::defaultMaxTokenSize() { return m_theMaxTokenSize; }
 
@@ -222,6 +224,15 @@ void ZrXmlFileReader::setDefaultMaxTokenSize(std::size_t bytes) { m_theMaxTokenS
 bool ZrXmlFileReader::defaultExpandReferences() { return m_theDefaultExpandReferences; }
 
 void ZrXmlFileReader::setDefaultExpandReferences(bool flag) { m_theDefaultExpandReferences = flag; }
+
+bool ZrXmlFileReader::defaultStrict() { return m_theDefaultStrict; }
+
+void ZrXmlFileReader::setDefaultStrict(bool flag) { m_theDefaultStrict = flag; }
+
+void ZrXmlFileReader::setStrict(bool flag) {
+  if (!flag) m_theChecker.reset();
+  else if (!m_theChecker) m_theChecker = std::make_unique<ZrXmlWellFormednessChecker>(*this);
+}
 
 // ---------------------------------------------------------------------------------------------------------
 // Construction
@@ -251,8 +262,10 @@ ZrXmlFileReader::ZrXmlFileReader(const std::string& filename, std::istream* stre
       m_theFastBaseDepth(0),
       m_theExpandReferences(m_theDefaultExpandReferences),
       m_theStartRead(false),
-      m_theUnsupportedEncoding(false) {
+      m_theUnsupportedEncoding(false),
+      m_theMarkupSeen(false) {
   m_theReadBuffer.reserve(theBlockSize);
+  setStrict(m_theDefaultStrict);
 }
 
 ZrXmlFileReader::ZrXmlFileReader(const ZrXmlFileReader& other) : m_theBlock(new char[theBlockSize]) {
@@ -294,6 +307,8 @@ void ZrXmlFileReader::copyFrom(const ZrXmlFileReader& other) {
   m_theExpandReferences = other.m_theExpandReferences;
   m_theStartRead = other.m_theStartRead;
   m_theUnsupportedEncoding = other.m_theUnsupportedEncoding;
+  m_theMarkupSeen = other.m_theMarkupSeen;
+  m_theChecker.reset(other.m_theChecker ? new ZrXmlWellFormednessChecker(*other.m_theChecker, *this) : nullptr);
 }
 
 // A single element left open passes silently: a reader that stops after its root's start tag is normal.
@@ -420,9 +435,11 @@ void ZrXmlFileReader::expandReferencesIn(std::string& text) const {
     } else if (end == text.size() || text[end] != ';') {
       warnFormatted("file not well formed.\n\tReference without ';': &%.*s", static_cast<int>(name.size()), name.data());
     } else if ((length = resolveReference(name, bytes)) == 0) {
-      warnFormatted(name[0] == '#' ? "file not well formed.\n\tInvalid character reference: &%.*s;"
-                                   : "file not well formed.\n\tUndefined entity reference: &%.*s;",
-                    static_cast<int>(name.size()), name.data());
+      // Entities a document type declaration may define are not read: such a reference is unsupported.
+      const char* fault = name[0] == '#'                                     ? "Invalid character reference"
+                          : m_theChecker && m_theChecker->doctypeSeen() ? "Entity reference not supported"
+                                                                           : "Undefined entity reference";
+      warnFormatted("file not well formed.\n\t%s: &%.*s;", fault, static_cast<int>(name.size()), name.data());
     }
     if (length == 0) {
       text[out++] = text[at++];
@@ -621,24 +638,35 @@ int ZrXmlFileReader::nextEvent() {
   for (;;) {
     std::size_t open = findChar('<', m_theReadIndex);
     if (open == npos) {
+      if (m_theChecker) {
+        m_theChecker->checkText(std::string_view(m_theReadBuffer).substr(m_theReadIndex));
+        m_theChecker->checkEnd(m_theElementStack.size(),
+                               m_theElementStack.empty() ? std::string_view() : m_theElementStack.back().element.tokenText());
+      }
       bool white = isAllWhite(std::string_view(m_theReadBuffer).substr(m_theReadIndex));
       consumeTo(m_theReadBuffer.size());
       if (!white) warnMessage("file not well formed.\n\tExtra characters found before EOF.");
       return 0;
     }
     std::string_view text(m_theReadBuffer.data() + m_theReadIndex, open - m_theReadIndex);
+    const bool atDocumentStart = !m_theMarkupSeen && text.empty();
+    m_theMarkupSeen = true;
     consumeTo(open + 1);
+    if (m_theChecker) m_theChecker->checkText(text);
     if (!isAllWhite(text)) {
       if (m_theMode == 1) {
         // The content is trimmed when it ends, so its leading white space is never stored.
         m_theContent.append(m_theContent.empty() ? skipLeadingWhite(text) : text);
         contentRead = true;
+      } else if (m_theChecker && !m_theElementStack.empty()) {
+        checkReferences(text);  // mixed content is well-formed; its text is passed over as before
       } else {
         warnMessage("file not well formed.\n\tContent can only follow start tag.");
       }
     }
 
     std::size_t close = findChar('>', m_theReadIndex);
+    if (m_theChecker && close != npos) close = strictTagEnd(close);
     if (close == npos) {
       consumeTo(m_theReadBuffer.size());
       if (!m_theElementStack.empty()) warnMessage("file not well formed.\n\tEOF found before end of tag.");
@@ -647,6 +675,7 @@ int ZrXmlFileReader::nextEvent() {
     std::string_view tag(m_theReadBuffer.data() + m_theReadIndex, close - m_theReadIndex);
     consumeTo(close + 1);
 
+    if (m_theChecker && checkStrictMarkup(tag, atDocumentStart, contentRead)) continue;
     if (skipCommentOrDeclaration(tag, nullptr)) continue;
 
     int type = classifyTag(tag);
@@ -662,13 +691,96 @@ int ZrXmlFileReader::nextEvent() {
       if (type == 2) {
         std::size_t last = m_theContent.find_last_not_of(" \t\n\r");
         m_theContent.resize(last == std::string::npos ? 0 : last + 1);
-        if (m_theExpandReferences) expandReferencesIn(m_theContent);  // after trimming: "&#32;" stays
+        if (expanding()) expandReferencesIn(m_theContent);  // after trimming: "&#32;" stays
         return 4;
       }
-      if (type != 4) warnMessage("file not well formed.\n\tContent did not conclude with proper end tag.");
+      if (type != 4 && !m_theChecker)  // mixed content is well-formed XML
+        warnMessage("file not well formed.\n\tContent did not conclude with proper end tag.");
     }
     return type;
   }
+}
+
+// ---------------------------------------------------------------------------------------------------------
+// Strict mode
+
+// The '>' that ends the markup beginning at the read index, given the first '>' after it: in strict mode
+// a '>' inside a quoted attribute value, a comment before its "--", a CDATA section before its "]]", a
+// processing instruction before its '?' or a document type declaration's quoted strings or internal
+// subset does not end the markup. Each character is looked at once, however many '>' it holds.
+std::size_t ZrXmlFileReader::strictTagEnd(std::size_t close) {
+  char quote = 0;
+  bool inSubset = false;
+  bool inComment = false;
+  std::size_t scanned = 0;  // relative to the read index, which a block read may move
+  for (;;) {
+    const std::string_view markup(m_theReadBuffer.data() + m_theReadIndex, close - m_theReadIndex);
+    bool ends;
+    if (startsWith(markup, "!--")) {
+      ends = markup.size() >= 5 && endsWith(markup, "--");
+    } else if (startsWith(markup, "![CDATA[")) {
+      ends = markup.size() >= 10 && endsWith(markup, "]]");
+    } else if (!markup.empty() && markup[0] == '?') {
+      ends = markup.size() >= 2 && markup.back() == '?';
+    } else {
+      const bool doctype = startsWith(markup, "!DOCTYPE");
+      for (std::size_t at = scanned; at < markup.size(); ++at) {
+        const char c = markup[at];
+        if (inComment) inComment = !(c == '>' && at >= 2 && markup[at - 1] == '-' && markup[at - 2] == '-');
+        else if (quote) quote = c == quote ? 0 : quote;
+        else if (c == '"' || c == '\'') quote = c;
+        else if (doctype && c == '[') inSubset = true;
+        else if (doctype && c == ']') inSubset = false;
+        else if (inSubset && c == '-' && at >= 3 && markup.compare(at - 3, 4, "<!--") == 0) inComment = true;
+      }
+      ends = !quote && !inSubset && !inComment;
+    }
+    if (ends) return close;
+    scanned = markup.size();  // the '>' at `close` belongs to the markup from now on
+    close = findChar('>', close + 1);
+    if (close == npos) return npos;
+  }
+}
+
+// Comments, processing instructions, CDATA sections and document type declarations as strict mode reads
+// them; false, consuming nothing, for any other markup. A CDATA section is text: it joins the content.
+bool ZrXmlFileReader::checkStrictMarkup(std::string_view tag, bool atDocumentStart, bool& contentRead) {
+  if (startsWith(tag, "!--")) {
+    m_theChecker->checkComment(tag.substr(3, tag.size() - 5));
+  } else if (!tag.empty() && tag[0] == '?') {
+    m_theChecker->checkProcessingInstruction(tag.substr(1, tag.size() - 2), atDocumentStart);
+  } else if (startsWith(tag, "![CDATA[")) {
+    addCdataSection(tag.substr(8, tag.size() - 10), contentRead);
+  } else if (startsWith(tag, "!DOCTYPE")) {
+    m_theChecker->checkDoctype(tag);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+// The content's references are expanded when it ends, so a section's own '&' joins it as "&amp;".
+void ZrXmlFileReader::addCdataSection(std::string_view text, bool& contentRead) {
+  m_theChecker->checkText(text, true);
+  if (m_theElementStack.empty()) {
+    warnMessage("file not well formed.\n\tContent can only follow start tag.");
+    return;
+  }
+  if (m_theMode != 1) return;  // mixed content: passed over, as its text is
+  if (m_theContent.empty()) text = skipLeadingWhite(text);
+  for (std::size_t amp = text.find('&'); amp != std::string_view::npos; amp = text.find('&')) {
+    m_theContent.append(text.substr(0, amp)).append("&amp;");
+    text.remove_prefix(amp + 1);
+  }
+  m_theContent.append(text);
+  contentRead = true;
+}
+
+// Reports the faulty references of text that is passed over, as expansion would.
+void ZrXmlFileReader::checkReferences(std::string_view text) {
+  if (text.find('&') == std::string_view::npos) return;
+  m_theScratch.assign(text.data(), text.size());
+  expandReferencesIn(m_theScratch);
 }
 
 // The rest of a comment whose first '>' came before a closing "--": it ends at the first "--" that
@@ -728,11 +840,15 @@ int ZrXmlFileReader::tagType(std::string& tag) { return classifyTag(tag); }
 // Classifies the text between '<' and '>' and applies it: an end tag closes, a start tag opens.
 int ZrXmlFileReader::classifyTag(std::string_view tag) {
   if (isAllWhite(tag)) return 5;
-  if (tag[0] == '/') return readEndTag(tag);
+  if (tag[0] == '/') {
+    if (m_theChecker) m_theChecker->checkEndTag(stripView(tag.substr(1)));
+    return readEndTag(tag);
+  }
   bool empty = tag.back() == '/';
   if (tag[0] == ' ') warnMessage("file not well formed.\n\tWhite space cannot exist before start tag name.");
   if (empty) tag.remove_suffix(1);
   parseStartTag(stripView(tag));
+  if (m_theChecker) m_theChecker->checkStartTag(tag, m_theElementStack.size());
   return empty ? 3 : 1;
 }
 
@@ -855,7 +971,7 @@ void ZrXmlFileReader::addAttribute(std::string_view name, std::string_view value
     auto position = m_theAttributes.lower_bound(m_theAttributeName);
     if (position == m_theAttributes.end() || m_theAttributeName < position->first) {
       auto added = m_theAttributes.emplace_hint(position, m_theAttributeName, std::string(value));
-      if (m_theExpandReferences) expandReferencesIn(added->second);
+      if (expanding()) expandReferencesIn(added->second);
     }
     return;
   }
@@ -865,7 +981,7 @@ void ZrXmlFileReader::addAttribute(std::string_view name, std::string_view value
   auto position = m_theAttributes.lower_bound(node.key());
   if (position != m_theAttributes.end() && !(node.key() < position->first)) return;
   node.mapped().assign(value.data(), value.size());
-  if (m_theExpandReferences) expandReferencesIn(node.mapped());
+  if (expanding()) expandReferencesIn(node.mapped());
   m_theAttributes.insert(position, std::move(node));
   m_theSpareAttributes.pop_back();
 }
@@ -893,6 +1009,7 @@ void ZrXmlFileReader::pushElement() {
 
 void ZrXmlFileReader::popElement() {
   if (m_theElementStack.empty()) return;
+  if (m_theChecker) m_theChecker->closeElement(m_theElementStack.size());
   auto& namespaces = m_theElementStack.back().namespaces;
   if (!namespaces.empty()) {
     m_theSpareNamespaces.emplace_back();
@@ -1193,7 +1310,7 @@ const std::string& ZrXmlFileReader::getAttributeValueFast() {
     }
     bool passedOver = false;
     if (fastReadAttribute(passedOver) && !passedOver) {
-      if (m_theExpandReferences) expandReferencesIn(m_theValueBuffer);
+      if (expanding()) expandReferencesIn(m_theValueBuffer);
       return m_theValueBuffer;
     }
   }
@@ -1226,7 +1343,7 @@ const std::string& ZrXmlFileReader::getContentByWordFast() {
   while (skipWhile(White)) {
     if (m_theReadBuffer[m_theReadIndex] != '<') {
       readUntil(TextStop, m_theValueBuffer);
-      if (m_theExpandReferences) expandReferencesIn(m_theValueBuffer);
+      if (expanding()) expandReferencesIn(m_theValueBuffer);
       return m_theValueBuffer;
     }
     if (!fastSkipMarkup()) break;

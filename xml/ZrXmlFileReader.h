@@ -9,6 +9,7 @@
 #include <deque>
 #include <istream>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -67,6 +68,8 @@
 //    null token, at a start tag or the end of input.
 //  - Quoted values may contain '>' on this path. readXml() first finishes a tag that the fast path left
 //    half read, and mode() is not changed by the fast path.
+class ZrXmlWellFormednessChecker;
+
 class ZrXmlFileReader {
  public:
   enum DEFAULT_NAMESPACE_OPTION { ELEMENT_NAMESPACE = 0, ATTRIBUTE_NAMESPACE = 1 };
@@ -154,6 +157,18 @@ class ZrXmlFileReader {
   static bool defaultExpandReferences();
   static void setDefaultExpandReferences(bool flag);
 
+  // Strict mode, off by default: the forgiving tokenizer described above, plus a fault report (in the
+  // same frame, naming the rule broken) wherever the document is not well-formed XML 1.0 with namespaces
+  // (ZrXmlWellFormednessChecker lists the rules). Strict mode also expands references as above, reads a
+  // '>' inside quoted attribute values and comments as text, delivers CDATA sections as content, skips a
+  // document type declaration with its internal subset (entities other than the predefined ones are
+  // then reported as unsupported), and accepts mixed content. Events are those of the forgiving mode
+  // for every document well-formed in both. The fast path is not checked. Set it before reading.
+  bool strict() const { return m_theChecker != nullptr; }
+  void setStrict(bool flag);
+  static bool defaultStrict();
+  static void setDefaultStrict(bool flag);
+
   // The longest single tag, comment or text run that is read before reading stops with a report.
   static std::size_t defaultMaxTokenSize();
   static void setDefaultMaxTokenSize(std::size_t bytes);
@@ -195,6 +210,13 @@ class ZrXmlFileReader {
   void readUntil(unsigned char charClass, std::string& out);
 
   void expandReferencesIn(std::string& text) const;
+  bool expanding() const { return m_theExpandReferences || m_theChecker; }
+
+  // Strict mode.
+  std::size_t strictTagEnd(std::size_t close);
+  bool checkStrictMarkup(std::string_view tag, bool atDocumentStart, bool& contentRead);
+  void addCdataSection(std::string_view text, bool& contentRead);
+  void checkReferences(std::string_view text);
 
   // Events.
   void skipCommentRest(char lastChar, std::string* text);
@@ -237,9 +259,13 @@ class ZrXmlFileReader {
   bool m_theExpandReferences;
   bool m_theStartRead;            // the document's first block was read and its encoding looked at
   bool m_theUnsupportedEncoding;  // the document is UTF-16: reported once, nothing read
+  bool m_theMarkupSeen;           // a '<' was read: an XML declaration can no longer come
+  std::unique_ptr<ZrXmlWellFormednessChecker> m_theChecker;  // in strict mode only
+  std::string m_theScratch;       // passed-over text whose references strict mode checks
 
   static std::size_t m_theMaxTokenSize;
   static bool m_theDefaultExpandReferences;
+  static bool m_theDefaultStrict;
 };
 
 #endif

@@ -80,12 +80,22 @@ ZrXmlReader::~ZrXmlReader() {
 
 void ZrXmlReader::setExpandReferences(bool flag) {
   m_theExpandReferences = flag;
-  for (OpenDocument& document : m_theFileReaders) document.reader.setExpandReferences(flag);
+  for (OpenDocument& document : m_theFileReaders) applyReadingOptions(document.reader);
+}
+
+void ZrXmlReader::setStrict(bool flag) {
+  m_theStrict = flag;
+  for (OpenDocument& document : m_theFileReaders) applyReadingOptions(document.reader);
+}
+
+void ZrXmlReader::applyReadingOptions(ZrXmlFileReader& reader) const {
+  reader.setExpandReferences(m_theExpandReferences);
+  reader.setStrict(m_theStrict);
 }
 
 void ZrXmlReader::open(const std::string& filename, std::istream& stream) {
   m_theFileReaders.emplace_back(filename, stream, nullptr);
-  top()->setExpandReferences(m_theExpandReferences);
+  applyReadingOptions(*top());
   m_theVersionCheckPending = true;
   m_theVersionFlag = true;
 }
@@ -291,7 +301,7 @@ void ZrXmlReader::pushInclude(const std::string& host, const std::string& fullNa
   }
   std::istream& in = *stream;
   m_theFileReaders.emplace_back(fullName, in, std::move(stream));
-  top()->setExpandReferences(m_theExpandReferences);
+  applyReadingOptions(*top());
 }
 
 // Resolves an include reference against the name of the document that holds it. A relative reference

@@ -98,10 +98,13 @@ class ZrXmlReader {
   static void setDefaultHttpIncludesAllowed(bool allowed) { m_theDefaultHttpIncludesAllowed = allowed; }
   ZrU32 depth() const { return static_cast<ZrU32>(m_theFileReaders.size()); }
 
-  // Reference expansion in every document this reader reads, included ones too (see
-  // ZrXmlFileReader::setExpandReferences); a new reader takes ZrXmlFileReader::defaultExpandReferences().
+  // Reference expansion and strict mode in every document this reader reads, included ones too (see
+  // ZrXmlFileReader::setExpandReferences and setStrict); a new reader takes the file reader's class
+  // defaults. Set them before reading.
   void setExpandReferences(bool flag);
   bool expandReferences() const { return m_theExpandReferences; }
+  void setStrict(bool flag);
+  bool strict() const { return m_theStrict; }
 
   // Nesting of objects being read. A compound calls enterObject() before reading its children and,
   // when it returned true, leaveObject() after them; when it returned false the limit was reached, the
@@ -143,7 +146,10 @@ class ZrXmlReader {
   std::shared_ptr<ZrBaseXmlFactory> m_theFactory;
   ZrU32 m_theMaxIncludeDepth;
   bool m_theHttpIncludesAllowed;
+  void applyReadingOptions(ZrXmlFileReader& reader) const;
+
   bool m_theExpandReferences = ZrXmlFileReader::defaultExpandReferences();
+  bool m_theStrict = ZrXmlFileReader::defaultStrict();
   ZrU32 m_theObjectDepth = 0;
   ZrU32 m_theMaxObjectDepth = m_theDefaultMaxObjectDepth;
 

@@ -1,0 +1,117 @@
+// Strict mode: one document per well-formedness rule, read in both modes, and well-formed documents whose
+// events strict mode leaves as they are.
+#include "xml_file_reader_trace.h"
+
+#include <ZrXmlWellFormednessChecker.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Messages = std::vector<std::string>;
+
+// Reads a document with the tokenizer's class default for strict mode set as asked, and back to off.
+ZrTest::Trace traceIn(bool strict, const std::string& document) {
+  ZrXmlFileReader::setDefaultStrict(strict);
+  ZrTest::Trace trace = ZrTest::traceDocument(document);
+  ZrXmlFileReader::setDefaultStrict(false);
+  return trace;
+}
+
+std::string fault(const std::string& rule) { return "file not well formed.\n\t" + rule + "@1"; }
+
+TEST(ZrXmlFileReaderStrict, EachRuleIsReportedInStrictModeOnly) {
+  struct Case {
+    const char* rule;
+    std::string document;
+    std::string strictFault;  // among the strict messages, beside those of the forgiving mode
+  };
+  const Case cases[] = {
+      {"declaration target in capitals", "<?XML version=\"1.0\"?><doc/>", "Reserved processing instruction target: XML"},
+      {"declaration not first", " <?xml version=\"1.0\"?><doc/>", "XML declaration not at the start of the document."},
+      {"declaration without version", "<?xml encoding=\"UTF-8\"?><doc/>", "Malformed XML declaration."},
+      {"declaration with a bad encoding", "<?xml version=\"1.0\" encoding=\"8bit\"?><doc/>", "Malformed XML declaration."},
+      {"unbound element prefix", "<a:foo/>", "Prefix not declared: a"},
+      {"unbound attribute prefix", "<doc p:x=\"1\"/>", "Prefix not declared: p"},
+      {"prefix undeclared with an empty URI", "<doc xmlns:p=\"\"/>", "Namespace declaration not allowed: xmlns:p"},
+      {"name starting with a digit", "<0A/>", "Invalid name: 0A"},
+      {"name with two colons", "<a:b:c xmlns:a=\"u\"/>", "Invalid name: a:b:c"},
+      {"bare ampersand", "<doc>& </doc>", "'&' not followed by a reference."},
+      {"undefined entity", "<doc>&foo;</doc>", "Undefined entity reference: &foo;"},
+      {"entity of a document type", "<!DOCTYPE doc [<!ENTITY e \"x\">]><doc>&e;</doc>",
+       "Entity reference not supported: &e;"},
+      {"two root elements", "<doc/><doc/>", "More than one root element: doc"},
+      {"element left open", "<doc>", "Element not closed: doc"},
+      {"attribute twice", "<doc a=\"1\" a=\"2\"/>", "Attribute specified twice: a"},
+      {"attribute twice by namespace", "<doc xmlns:p=\"u\" xmlns:q=\"u\" p:a=\"1\" q:a=\"2\"/>",
+       "Attribute specified twice: q:a"},
+      {"no blank between attributes", "<doc a=\"1\"b=\"2\"/>", "White space required between attributes."},
+      {"-- inside a comment", "<doc><!-- a -- b --></doc>", "Comment contains extra -- in it."},
+      {"comment ending in --->", "<doc><!--x---></doc>", "Comment contains extra -- in it."},
+      {"processing instruction without target", "<doc><?" "?></doc>", "Processing instruction without target."},
+      {"]]> in text", "<doc>a]]>b</doc>", "']]>' not allowed in text."},
+      {"control character", "<doc>a\x01z</doc>", "Character not allowed in XML: #x01"},
+      {"'<' in an attribute value", "<doc a=\"<\"/>", "'<' not allowed in attribute value."},
+      {"document type after the root", "<doc/><!DOCTYPE doc>", "Document type declaration after the root element."},
+  };
+  for (const Case& c : cases) {
+    const Messages forgiving = traceIn(false, c.document).messages;
+    const Messages strict = traceIn(true, c.document).messages;
+    EXPECT_EQ(std::count(forgiving.begin(), forgiving.end(), fault(c.strictFault)), 0) << c.rule;
+    EXPECT_EQ(std::count(strict.begin(), strict.end(), fault(c.strictFault)), 1)
+        << c.rule << "\n" << ::testing::PrintToString(strict);
+  }
+}
+
+// Documents that are well-formed XML: strict mode reports nothing, and reads them as it should.
+TEST(ZrXmlFileReaderStrict, WellFormedDocumentsPassWithTheirEvents) {
+  struct Case {
+    const char* name;
+    std::string document;
+    std::vector<std::string> events;
+  };
+  const Case cases[] = {
+      {"CDATA section is content", "<doc><![CDATA[a<b>&amp;]]></doc>", {"1 doc", "4 doc 'a<b>&amp;'", "0"}},
+      {"CDATA joins text", "<doc>x &lt; <![CDATA[<y>]]></doc>", {"1 doc", "4 doc 'x < <y>'", "0"}},
+      {"mixed content", "<doc>a<b/>c</doc>", {"1 doc", "3 b", "2 doc", "0"}},
+      {"'>' in an attribute value", "<doc a=\"x>y\" b='1'/>", {"3 doc a=x>y b=1", "0"}},
+      {"'>' in a comment", "<doc><!-- a > b --></doc>", {"1 doc", "2 doc", "0"}},
+      {"byte-order mark and declaration", "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"UTF-8\" standalone='no'?><doc/>",
+       {"3 doc", "0"}},
+      {"document type with an internal subset",
+       "<!DOCTYPE doc [<!ELEMENT doc (#PCDATA)> <!ATTLIST doc a CDATA \"x>y\"> <!-- ]> -->]>\n<doc/>", {"3 doc", "0"}},
+      {"namespaces in use", "<p:doc xmlns:p=\"urn:p\" xml:lang=\"en\"><p:e p:a=\"1\" xmlns=\"urn:d\"/></p:doc>",
+       {"1 doc lang=en", "3 e a=1", "2 doc", "0"}},
+      {"processing instruction", "<doc><?pi some data?></doc>", {"1 doc", "2 doc", "0"}},
+      {"references", "<doc a='&#x3C;&quot;'>&lt;&#65;&gt;</doc>", {"1 doc a=<\"", "4 doc '<A>'", "0"}},
+  };
+  for (const Case& c : cases) {
+    const ZrTest::Trace strict = traceIn(true, c.document);
+    EXPECT_EQ(strict.messages, Messages()) << c.name;
+    EXPECT_EQ(strict.events, c.events) << c.name;
+  }
+}
+
+// The shipped documents are well-formed: strict mode reads them with the same events and no report.
+TEST(ZrXmlFileReaderStrict, ShippedDocumentsReadTheSameInBothModes) {
+  for (const char* name : {"robotCell.xml", "plant.xml", "plantLineA.xml", "plantLineB.xml"}) {
+    std::ifstream in(std::string(ZR_SAMPLES_DIR) + "/" + name, std::ios::binary);
+    const std::string document((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    const ZrTest::Trace forgiving = traceIn(false, document), strict = traceIn(true, document);
+    EXPECT_EQ(strict.events, forgiving.events) << name;
+    EXPECT_EQ(strict.messages, Messages()) << name;
+  }
+}
+
+TEST(ZrXmlWellFormednessChecker, QualifiedNames) {
+  for (const char* name : {"a", "_x", "p:a", "a-b.c1", "\xC3\xA9t\xC3\xA9"}) EXPECT_TRUE(ZrXmlWellFormednessChecker::isQualifiedName(name)) << name;
+  for (const char* name : {"", "1a", "-a", ":a", "a:", "a:b:c", "a b", "a:1"})
+    EXPECT_FALSE(ZrXmlWellFormednessChecker::isQualifiedName(name)) << name;
+}
+
+}  // namespace
