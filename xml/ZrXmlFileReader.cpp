@@ -716,21 +716,29 @@ std::size_t ZrXmlFileReader::strictTagEnd(std::size_t close) {
   for (;;) {
     const std::string_view markup(m_theReadBuffer.data() + m_theReadIndex, close - m_theReadIndex);
     bool ends;
-    if (startsWith(markup, "!--")) {
+    if (markup.empty() || (markup[0] != '!' && markup[0] != '?')) {
+      // A tag: only its quotes matter. Values are short, so a plain loop beats a call of memchr.
+      for (std::size_t at = scanned; at < markup.size(); ++at) {
+        const char c = markup[at];
+        if (quote ? c == quote : (c == '"' || c == '\'')) quote = quote ? 0 : c;
+      }
+      ends = !quote;
+    } else if (startsWith(markup, "!--")) {
       ends = markup.size() >= 5 && endsWith(markup, "--");
     } else if (startsWith(markup, "![CDATA[")) {
       ends = markup.size() >= 10 && endsWith(markup, "]]");
-    } else if (!markup.empty() && markup[0] == '?') {
+    } else if (markup[0] == '?') {
       ends = markup.size() >= 2 && markup.back() == '?';
     } else {
-      const bool doctype = startsWith(markup, "!DOCTYPE");
+      // A document type declaration, or other markup read by the same rules: quoted strings, and for a
+      // document type its internal subset with the comments in it.
       for (std::size_t at = scanned; at < markup.size(); ++at) {
         const char c = markup[at];
         if (inComment) inComment = !(c == '>' && at >= 2 && markup[at - 1] == '-' && markup[at - 2] == '-');
         else if (quote) quote = c == quote ? 0 : quote;
         else if (c == '"' || c == '\'') quote = c;
-        else if (doctype && c == '[') inSubset = true;
-        else if (doctype && c == ']') inSubset = false;
+        else if (c == '[') inSubset = true;
+        else if (c == ']') inSubset = false;
         else if (inSubset && c == '-' && at >= 3 && markup.compare(at - 3, 4, "<!--") == 0) inComment = true;
       }
       ends = !quote && !inSubset && !inComment;

@@ -3,8 +3,13 @@
 #include "ZrXmlFileReader.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <utility>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace {
 
@@ -15,11 +20,47 @@ bool isWhite(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
 // Name characters of ASCII as XML defines them; every byte above 127 is taken as a name character (the
 // checker does not decode the document's encoding).
-bool isNameStartByte(unsigned char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' || c >= 0x80;
+enum NameClass : unsigned char { NameStart = 1, NamePart = 2 };
+
+constexpr std::array<unsigned char, 256> makeNameTable() {
+  std::array<unsigned char, 256> table{};
+  for (int c = 0; c < 256; ++c) {
+    const bool start = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' || c >= 0x80;
+    const bool part = start || (c >= '0' && c <= '9') || c == '-' || c == '.';
+    table[static_cast<std::size_t>(c)] = static_cast<unsigned char>((start ? NameStart : 0) | (part ? NamePart : 0));
+  }
+  return table;
 }
 
-bool isNameByte(unsigned char c) { return isNameStartByte(c) || (c >= '0' && c <= '9') || c == '-' || c == '.'; }
+constexpr std::array<unsigned char, 256> theNameTable = makeNameTable();
+
+bool isNameStartByte(unsigned char c) { return theNameTable[c] & NameStart; }
+
+bool isNameByte(unsigned char c) { return theNameTable[c] & NamePart; }
+
+// The control characters XML does not allow: below 0x20, except tab, line feed and carriage return.
+bool isForbiddenByte(unsigned char c) { return c < 0x20 && c != '\t' && c != '\n' && c != '\r'; }
+
+// The position of the first forbidden byte (or of the byte `also`, when not 0), or npos. Text is checked
+// sixteen bytes at a time where the processor allows, since strict mode looks at every byte of the document.
+std::size_t findForbiddenByte(std::string_view text, char also = 0) {
+  std::size_t at = 0;
+#ifdef __SSE2__
+  const __m128i limit = _mm_set1_epi8(0x1F), tab = _mm_set1_epi8('\t'), lineFeed = _mm_set1_epi8('\n'),
+                carriageReturn = _mm_set1_epi8('\r'), alsoByte = _mm_set1_epi8(also ? also : '\t');
+  for (; at + 16 <= text.size(); at += 16) {
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
+    const __m128i control = _mm_cmpeq_epi8(_mm_min_epu8(bytes, limit), bytes);  // byte <= 0x1F
+    const __m128i allowed = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(bytes, tab), _mm_cmpeq_epi8(bytes, lineFeed)),
+                                         _mm_cmpeq_epi8(bytes, carriageReturn));
+    const __m128i found = _mm_or_si128(_mm_andnot_si128(allowed, control), _mm_cmpeq_epi8(bytes, alsoByte));
+    if (_mm_movemask_epi8(found) != 0) break;
+  }
+#endif
+  for (; at < text.size(); ++at)
+    if (isForbiddenByte(static_cast<unsigned char>(text[at])) || (also && text[at] == also)) return at;
+  return std::string_view::npos;
+}
 
 std::string_view skipWhite(std::string_view text) {
   std::size_t first = 0;
@@ -36,18 +77,33 @@ std::string_view takeUntil(std::string_view& text, char stop) {
   return word;
 }
 
-std::string_view prefixOf(std::string_view name) {
-  const std::size_t colon = name.find(':');
-  return colon == std::string_view::npos ? std::string_view() : name.substr(0, colon);
+// One pass over a name: whether it is a qualified name (a name with at most one ':', which has a name on
+// both sides), and the position of its ':' (npos for none).
+std::size_t scanQualifiedName(std::string_view text, bool& valid) {
+  std::size_t colon = std::string_view::npos;
+  valid = !text.empty() && isNameStartByte(static_cast<unsigned char>(text[0])) && text[0] != ':';
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const unsigned char c = static_cast<unsigned char>(text[at]);
+    if (!isNameByte(c)) valid = false;
+    if (c != ':') continue;
+    const bool localStarts = at + 1 < text.size() && isNameStartByte(static_cast<unsigned char>(text[at + 1]));
+    if (colon != std::string_view::npos || !localStarts) valid = false;
+    colon = at;
+  }
+  return colon;
 }
 
-std::string_view localPartOf(std::string_view name) {
-  const std::size_t colon = name.find(':');
-  return colon == std::string_view::npos ? name : name.substr(colon + 1);
+// Compared character by character: names are short, and a call of memcmp costs more than they do.
+bool sameName(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i)
+    if (a[i] != b[i]) return false;
+  return true;
 }
 
 bool isXmlnsAttribute(std::string_view name) {
-  return name == "xmlns" || (name.size() > 5 && name.compare(0, 6, "xmlns:") == 0);
+  return name.size() >= 5 && name[0] == 'x' && name[1] == 'm' && name[2] == 'l' && name[3] == 'n' && name[4] == 's' &&
+         (name.size() == 5 || name[5] == ':');
 }
 
 // One pseudo-attribute of the XML declaration, ` name="value"`, taken off the front of text; false when
@@ -98,32 +154,29 @@ bool ZrXmlWellFormednessChecker::isName(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return isNameByte(static_cast<unsigned char>(c)); });
 }
 
-// A name with at most one ':', which has a name on both sides.
 bool ZrXmlWellFormednessChecker::isQualifiedName(std::string_view text) {
-  if (!isName(text)) return false;
-  const std::size_t colon = text.find(':');
-  if (colon == std::string_view::npos) return true;
-  return colon != 0 && colon + 1 < text.size() && text.find(':', colon + 1) == std::string_view::npos &&
-         isName(text.substr(colon + 1));
+  bool valid;
+  scanQualifiedName(text, valid);
+  return valid;
 }
 
 // ---- characters and text ----
 
+// One report per piece of text.
 void ZrXmlWellFormednessChecker::checkCharacters(std::string_view text) const {
-  for (char c : text) {
-    const unsigned char byte = static_cast<unsigned char>(c);
-    if (byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r') {
-      char fault[48];
-      std::snprintf(fault, sizeof fault, "Character not allowed in XML: #x%02X", byte);
-      report(fault);
-      return;  // one report per piece of text
-    }
-  }
+  const std::size_t at = findForbiddenByte(text);
+  if (at == std::string_view::npos) return;
+  char fault[48];
+  std::snprintf(fault, sizeof fault, "Character not allowed in XML: #x%02X", static_cast<unsigned char>(text[at]));
+  report(fault);
 }
 
+// One pass for forbidden characters and ']'; text that holds either is looked at again, the rare case.
 void ZrXmlWellFormednessChecker::checkText(std::string_view text, bool cdata) const {
-  checkCharacters(text);
-  if (!cdata && text.find("]]>") != std::string_view::npos) report("']]>' not allowed in text.");
+  const std::size_t suspect = findForbiddenByte(text, ']');
+  if (suspect == std::string_view::npos) return;
+  checkCharacters(text.substr(suspect));
+  if (!cdata && text.find("]]>", suspect) != std::string_view::npos) report("']]>' not allowed in text.");
 }
 
 void ZrXmlWellFormednessChecker::checkComment(std::string_view text) const {
@@ -140,13 +193,17 @@ const ZrXmlWellFormednessChecker::Declaration* ZrXmlWellFormednessChecker::decla
   return nullptr;
 }
 
-void ZrXmlWellFormednessChecker::checkQualifiedName(std::string_view name) const {
-  if (!isQualifiedName(name)) report("Invalid name: " + std::string(name));
+// The name's form, and its prefix declared in scope. Returns the position of its ':' (npos for none).
+std::size_t ZrXmlWellFormednessChecker::checkName(std::string_view name) const {
+  bool valid;
+  const std::size_t colon = scanQualifiedName(name, valid);
+  if (!valid) report("Invalid name: " + std::string(name));
+  if (colon != std::string_view::npos) checkPrefixDeclared(name.substr(0, colon));
+  return colon;
 }
 
-void ZrXmlWellFormednessChecker::checkPrefixDeclared(std::string_view name) const {
-  const std::string_view prefix = prefixOf(name);
-  if (prefix.empty() || prefix == "xml") return;
+void ZrXmlWellFormednessChecker::checkPrefixDeclared(std::string_view prefix) const {
+  if (prefix == "xml") return;
   const Declaration* declaration = prefix == "xmlns" ? nullptr : declared(prefix);
   if (!declaration || declaration->uri.empty()) report("Prefix not declared: " + std::string(prefix));
 }
@@ -170,10 +227,15 @@ void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::size_t
     if (m_theRootSeen) report("More than one root element: " + std::string(name));
     m_theRootSeen = true;
   }
-  checkCharacters(tag);
+  // One pass over the tag for forbidden characters and for '<', which can only stand in a value; a tag
+  // that holds either is looked at again, the rare case.
+  const std::size_t suspect = findForbiddenByte(tag, '<');
+  const bool lessInValue = suspect != std::string_view::npos && tag.find('<', suspect) != std::string_view::npos;
+  if (suspect != std::string_view::npos) checkCharacters(tag.substr(suspect));
 
   // The attributes as written; a piece that is no attribute the tokenizer has reported already.
-  std::vector<std::pair<std::string_view, std::string_view>> attributes;
+  std::vector<std::pair<std::string_view, std::string_view>>& attributes = m_theAttributes;
+  attributes.clear();
   for (;;) {
     const std::size_t white = rest.size() - skipWhite(rest).size();
     rest.remove_prefix(white);
@@ -196,39 +258,55 @@ void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::size_t
       m_theDeclarations.push_back(
           {std::string(attribute.first.size() > 5 ? attribute.first.substr(6) : std::string_view()),
            std::string(attribute.second), depth});
-    } else {
-      checkQualifiedName(attribute.first);
     }
-    if (attribute.second.find('<') != std::string_view::npos) report("'<' not allowed in attribute value.");
+    if (lessInValue && attribute.second.find('<') != std::string_view::npos)
+      report("'<' not allowed in attribute value.");
   }
 
-  checkQualifiedName(name);
-  checkPrefixDeclared(name);
-  // Each attribute once, by its name as written and by its namespace and local name. Sorting keeps this
-  // linear-logarithmic in the number of attributes, however many a tag holds.
-  std::vector<std::pair<std::string, std::string_view>> names;
-  names.reserve(attributes.size());
-  for (const auto& attribute : attributes) {
+  checkName(name);  // after the tag's own declarations, which are in force on it
+  checkAttributesOnce();
+}
+
+// Each attribute once, by its name as written and, for prefixed names, by namespace and local name. Tags
+// have few attributes: they are compared pairwise; a tag with many is sorted instead, so that the check
+// stays linear-logarithmic however many attributes a tag holds.
+void ZrXmlWellFormednessChecker::checkAttributesOnce() {
+  std::vector<std::pair<std::string, std::string_view>>& names = m_theExpandedNames;
+  names.clear();
+  for (const auto& attribute : m_theAttributes) {
     const std::string_view written = attribute.first;
-    const std::string_view prefix = prefixOf(written);
-    if (prefix.empty() || isXmlnsAttribute(written)) {
-      names.emplace_back(std::string(written), written);
-      continue;
-    }
-    checkPrefixDeclared(written);
+    if (isXmlnsAttribute(written)) continue;
+    const std::size_t colon = checkName(written);
+    if (colon == std::string_view::npos) continue;
+    const std::string_view prefix = written.substr(0, colon);
     const Declaration* declaration = prefix == "xml" ? nullptr : declared(prefix);
-    const std::string uri = prefix == "xml" ? std::string(theXmlNamespace) : declaration ? declaration->uri : "";
-    names.emplace_back("{" + uri + "}" + std::string(localPartOf(written)), written);
+    const std::string_view uri = prefix == "xml" ? theXmlNamespace : declaration ? declaration->uri : "";
+    names.emplace_back(std::string(uri).append(1, '#').append(written.substr(colon + 1)), written);
   }
+  const std::size_t count = m_theAttributes.size();
+  if (count <= 16) {
+    for (std::size_t i = 1; i < count; ++i)
+      for (std::size_t j = 0; j < i; ++j)
+        if (sameName(m_theAttributes[i].first, m_theAttributes[j].first)) {
+          report("Attribute specified twice: " + std::string(m_theAttributes[i].first));
+          break;
+        }
+  } else {
+    std::vector<std::string_view>& written = m_theWrittenNames;
+    written.clear();
+    for (const auto& attribute : m_theAttributes) written.push_back(attribute.first);
+    std::sort(written.begin(), written.end());
+    for (std::size_t i = 1; i < count; ++i)
+      if (written[i] == written[i - 1]) report("Attribute specified twice: " + std::string(written[i]));
+  }
+  // Names written alike were reported above; these are names written differently for one attribute.
   std::sort(names.begin(), names.end());
   for (std::size_t i = 1; i < names.size(); ++i)
-    if (names[i].first == names[i - 1].first) report("Attribute specified twice: " + std::string(names[i].second));
+    if (names[i].first == names[i - 1].first && names[i].second != names[i - 1].second)
+      report("Attribute specified twice: " + std::string(names[i].second));
 }
 
-void ZrXmlWellFormednessChecker::checkEndTag(std::string_view name) const {
-  checkQualifiedName(name);
-  checkPrefixDeclared(name);
-}
+void ZrXmlWellFormednessChecker::checkEndTag(std::string_view name) const { checkName(name); }
 
 void ZrXmlWellFormednessChecker::closeElement(std::size_t depth) {
   while (!m_theDeclarations.empty() && m_theDeclarations.back().depth >= depth) m_theDeclarations.pop_back();

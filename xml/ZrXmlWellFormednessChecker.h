@@ -63,17 +63,22 @@ class ZrXmlWellFormednessChecker {
 
   void report(const std::string& fault) const;
   const Declaration* declared(std::string_view prefix) const;
-  void checkQualifiedName(std::string_view name) const;
-  void checkPrefixDeclared(std::string_view name) const;
+  std::size_t checkName(std::string_view name) const;
+  void checkPrefixDeclared(std::string_view prefix) const;
   void checkNamespaceDeclaration(std::string_view attribute, std::string_view uri) const;
   void checkCharacters(std::string_view text) const;
   void checkXmlDeclaration(std::string_view text, bool atStart) const;
+  void checkAttributesOnce();
 
   const ZrXmlFileReader* m_theReader;
   std::vector<Declaration> m_theDeclarations;  // in scope, outermost first
   bool m_theRootSeen = false;
   bool m_theDoctypeSeen = false;
   bool m_theEndChecked = false;
+  // Work lists of the tag being checked, kept so that checking a tag allocates nothing once warmed up.
+  std::vector<std::pair<std::string_view, std::string_view>> m_theAttributes;  // name and value as written
+  std::vector<std::pair<std::string, std::string_view>> m_theExpandedNames;  // namespace#local, as written
+  std::vector<std::string_view> m_theWrittenNames;
 };
 
 #endif
