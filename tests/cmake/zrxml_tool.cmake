@@ -15,6 +15,10 @@ if(TARGET zrxml)
   # The toolkit's form by default; the written-form options change the root's declarations and the reals.
   zr_tool_test(demoWritesTheToolkitForm 0 "<robotCell xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\"\n"
                demo ${samples}/robotCell.xml)
+  # The whole sample as the toolkit writes it, byte for byte: other programs read these bytes.
+  add_test(NAME zrxml.demoWritesTheSampleByteForByte
+           COMMAND sh -c "'$<TARGET_FILE:zrxml>' demo '${samples}/robotCell.xml' | \
+cmp - '${CMAKE_CURRENT_SOURCE_DIR}/data/robotCellWritten.xml'")
   zr_tool_test(demoWritesNamespaceComplete 0 "<robotCell xmlns=\"http://www.zrtoolkit.org/namespace/cell\" xmlns:xsi="
                demo --namespace-complete --lossless-reals ${samples}/robotCell.xml)
   # Include elements are followed: the included documents' events appear in place, named by their file.
