@@ -80,6 +80,8 @@ TEST(ZrXmlFileReaderStrict, WellFormedDocumentsPassWithTheirEvents) {
       {"CDATA joins text", "<doc>x &lt; <![CDATA[<y>]]></doc>", {"1 doc", "4 doc 'x < <y>'", "0"}},
       {"mixed content", "<doc>a<b/>c</doc>", {"1 doc", "3 b", "2 doc", "0"}},
       {"'>' in an attribute value", "<doc a=\"x>y\" b='1'/>", {"3 doc a=x>y b=1", "0"}},
+      {"quotes of the other kind inside values", "<doc a=\"it's > ok, a long value\" b='say \"hi\" > x'/>",
+       {"3 doc a=it's > ok, a long value b=say \"hi\" > x", "0"}},
       {"'>' in a comment", "<doc><!-- a > b --></doc>", {"1 doc", "2 doc", "0"}},
       {"byte-order mark and declaration", "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"UTF-8\" standalone='no'?><doc/>",
        {"3 doc", "0"}},

@@ -220,9 +220,12 @@ void ZrXmlWellFormednessChecker::checkNamespaceDeclaration(std::string_view attr
 
 // ---- tags ----
 
-void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::size_t depth) {
-  std::string_view rest = skipWhite(tag);
-  const std::string_view name = takeUntil(rest, '\0');
+void ZrXmlWellFormednessChecker::addAttribute(std::string_view name, std::string_view value, bool whiteBefore) {
+  if (!whiteBefore) report("White space required between attributes.");
+  m_theAttributes.emplace_back(name, value);
+}
+
+void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::string_view name, std::size_t depth) {
   if (depth == 1) {
     if (m_theRootSeen) report("More than one root element: " + std::string(name));
     m_theRootSeen = true;
@@ -233,25 +236,7 @@ void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::size_t
   const bool lessInValue = suspect != std::string_view::npos && tag.find('<', suspect) != std::string_view::npos;
   if (suspect != std::string_view::npos) checkCharacters(tag.substr(suspect));
 
-  // The attributes as written; a piece that is no attribute the tokenizer has reported already.
-  std::vector<std::pair<std::string_view, std::string_view>>& attributes = m_theAttributes;
-  attributes.clear();
-  for (;;) {
-    const std::size_t white = rest.size() - skipWhite(rest).size();
-    rest.remove_prefix(white);
-    if (rest.empty()) break;
-    if (white == 0) report("White space required between attributes.");
-    const std::string_view attribute = takeUntil(rest, '=');
-    rest = skipWhite(rest);
-    if (rest.empty() || rest[0] != '=') break;
-    rest = skipWhite(rest.substr(1));
-    if (rest.empty() || (rest[0] != '"' && rest[0] != '\'')) break;
-    const std::size_t close = rest.find(rest[0], 1);
-    if (close == std::string_view::npos) break;
-    attributes.emplace_back(attribute, rest.substr(1, close - 1));
-    rest.remove_prefix(close + 1);
-  }
-
+  const std::vector<std::pair<std::string_view, std::string_view>>& attributes = m_theAttributes;
   for (const auto& attribute : attributes) {
     if (isXmlnsAttribute(attribute.first)) {
       checkNamespaceDeclaration(attribute.first, attribute.second);
@@ -265,6 +250,7 @@ void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::size_t
 
   checkName(name);  // after the tag's own declarations, which are in force on it
   checkAttributesOnce();
+  m_theAttributes.clear();
 }
 
 // Each attribute once, by its name as written and, for prefixed names, by namespace and local name. Tags

@@ -33,9 +33,11 @@ class ZrXmlWellFormednessChecker {
 
   // Text between tags (or a CDATA section's content when cdata is set: "]]>" is its end, not a fault).
   void checkText(std::string_view text, bool cdata = false) const;
-  // A start tag's text without '<', '>' and a closing '/': its name, attributes and declarations. depth is
-  // the open-element stack's size with this element pushed.
-  void checkStartTag(std::string_view tag, std::size_t depth);
+  // A start tag: the tokenizer hands over each attribute as it parses it (name and value as written, and
+  // whether white space came before it), then the tag's text without '<', '>' and a closing '/', its
+  // element name and the open-element stack's size with this element pushed.
+  void addAttribute(std::string_view name, std::string_view value, bool whiteBefore);
+  void checkStartTag(std::string_view tag, std::string_view name, std::size_t depth);
   // An end tag's name.
   void checkEndTag(std::string_view name) const;
   // The element at depth is closed: its declarations go out of scope.
