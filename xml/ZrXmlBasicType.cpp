@@ -13,12 +13,8 @@
 #include <type_traits>
 #include <typeinfo>
 
-namespace {
+namespace ZrXmlValueText {
 
-// One extraction stream serves every conversion that the text forms define by stream extraction:
-// building a stream (and its locale) per value would dominate the cost of reading numbers. It is
-// reset before each use, and nothing ever changes its format flags, so each extraction behaves as
-// on a freshly built stream.
 std::istringstream& extractionStream(const std::string& text) {
   static thread_local std::istringstream stream;
   stream.clear();
@@ -51,37 +47,16 @@ void parseText(const std::string& text, unsigned char& value) {
   value = static_cast<unsigned char>(wide & 0xFFu);
 }
 
+namespace {
 double extractDouble(const std::string& text) {
   double number = 0.0;
   extractionStream(text) >> number;
   return number;
 }
+}  // namespace
 
 void parseText(const std::string& text, ZrAngle& value) { value.setValue(extractDouble(text)); }
 void parseText(const std::string& text, ZrNonNegReal& value) { value.setValue(extractDouble(text)); }
-
-// Words of long arrays: reals and strings are taken from the view itself; the other forms are defined
-// by conversions that want a terminated string, and short words fit in the string's own storage.
-template <class T>
-struct WordParser {
-  void operator()(std::string_view word, T& value) const { parseText(std::string(word), value); }
-};
-
-template <>
-struct WordParser<double> {
-  ZrDoubleTextRun run;  // one look at the locale and rounding direction for the whole group
-  void operator()(std::string_view word, double& value) const { value = run.read(word.data(), word.data() + word.size()); }
-};
-
-template <>
-struct WordParser<std::string> {
-  void operator()(std::string_view word, std::string& value) const { value.assign(word.data(), word.size()); }
-};
-
-template <class T>
-void formatText(std::ostream& out, const T& value) {
-  out << value;
-}
 
 void formatText(std::ostream& out, bool value) { out << (value ? '1' : '0'); }
 void formatText(std::ostream& out, unsigned char value) { out << static_cast<unsigned short>(value); }
@@ -93,164 +68,8 @@ void formatText(std::ostream& out, const ZrNonNegReal& value) { out << value.val
 void formatText(std::ostream& out, char value) {
   if (value != '\0') out << value;
 }
+}  // namespace ZrXmlValueText
 
-}  // namespace
-
-template <class T>
-ZrXmlBasicType<T>::ZrXmlBasicType(const T& value) : m_theValue(value) {}
-
-template <class T>
-ZrXmlBasicType<T>::ZrXmlBasicType(const ZrXmlBasicType& other) : ZrBaseXmlBasicType(other), m_theValue(other.m_theValue) {}
-
-template <class T>
-ZrXmlBasicType<T>& ZrXmlBasicType<T>::operator=(const ZrXmlBasicType& other) {
-  ZrBaseXmlBasicType::operator=(other);
-  m_theValue = other.m_theValue;
-  return *this;
-}
-
-template <class T>
-ZrXmlBasicType<T>& ZrXmlBasicType<T>::operator=(const T& value) {
-  setValue(value);
-  return *this;
-}
-
-template <class T>
-void ZrXmlBasicType<T>::accept(ZrXmlObjectVisitor* visitor) const {
-  if (visitor) visitor->visit(this);
-}
-
-template <class T>
-ZrXmlObject* ZrXmlBasicType<T>::clone() const {
-  return new ZrXmlBasicType(*this);
-}
-
-template <class T>
-ZrBoolean ZrXmlBasicType<T>::read(ZrXmlReader& reader) {
-  ZrBoolean result = ZrXmlObject::read(reader);
-  if (!result) return result;
-  std::string text;
-  if (elementText(reader, text)) {
-    setValueFromString(text);
-    return true;
-  }
-  Zr::Print::instance().write(Zr::PrintError,
-                              "ZrXmlBasicType Error: file not valid.\n\tNo data found.\n\tFile: %s\n\tLine: %d\n",
-                              reader.filename().c_str(), reader.lineCountOfFile());
-  setValueFromString(text);
-  return false;
-}
-
-// A missing attribute is reported but is not a failure: the value becomes that of the empty text.
-template <class T>
-ZrBoolean ZrXmlBasicType<T>::readAttribute(ZrXmlReader& reader) {
-  ZrBoolean result = ZrXmlObject::read(reader);
-  if (!result) return result;
-  if (reader.remainingNumOfAttributes() != 0) {
-    setValueFromString(reader.attributeValue());
-  } else {
-    Zr::Print::instance().write(Zr::PrintError,
-                                "ZrXmlBasicType Error: file not valid.\n\tNo attributes found.\n\tFile: %s\n\tLine: %d\n",
-                                reader.filename().c_str(), reader.lineCountOfFile());
-    setValueFromString(std::string());
-  }
-  return result;
-}
-
-template <class T>
-ZrBoolean ZrXmlBasicType<T>::write(ZrXmlWriter& writer) const {
-  if (!ZrXmlObject::write(writer)) return false;
-  writer.type(typeid(T));
-  if constexpr (std::is_same<T, std::string>::value) {
-    writer.data(m_theValue);  // a string's text is the string itself: no formatting needed
-  } else {
-    std::ostringstream& stream = writer.valueStream();
-    formatText(stream, m_theValue);
-    writer.data(stream.str());
-    stream.str(std::string());
-  }
-  return true;
-}
-
-template <class T>
-ZrBoolean ZrXmlBasicType<T>::writeSchema(ZrXmlSchema& schema) const {
-  ZrBoolean result = ZrXmlObject::writeSchema(schema);
-  if (result) schema.setType(typeid(T));
-  return result;
-}
-
-template <class T>
-ZrBoolean ZrXmlBasicType<T>::isBasicType() const {
-  return true;
-}
-
-template <class T>
-ZrBoolean ZrXmlBasicType<T>::equality(const ZrXmlObject* other) const {
-  const ZrXmlBasicType* same = dynamic_cast<const ZrXmlBasicType*>(other);
-  return same != nullptr && *this == *same;
-}
-
-template <class T>
-ZrXmlObject* ZrXmlBasicType<T>::newObject() const {
-  return new ZrXmlBasicType();
-}
-
-template <class T>
-ZrToken ZrXmlBasicType<T>::token() const {
-  return ZrXml::ZrBasicTypeToken;
-}
-
-template <class T>
-void ZrXmlBasicType<T>::setValueFromString(const std::string& text) {
-  parseText(text, m_theValue);
-}
-
-// The elements are made here, so they are exactly this type: no override of setValueFromString() or
-// of the base's bookkeeping could apply, and the word is parsed straight from the view.
-template <class T>
-long ZrXmlBasicType<T>::readWords(ZrXmlReader& reader, std::vector<ZrXmlBasicType>& elements) {
-  const WordParser<T> parse{};
-  long count = 0;
-  for (std::string_view word = reader.nextContentWord(); !word.empty(); word = reader.nextContentWord()) {
-    ZrXmlBasicType& element = elements.emplace_back();
-    element.setReadFlags();  // what ZrXmlObject::read gives a fresh value
-    parse(word, element.m_theValue);
-    ++count;
-  }
-  return count;
-}
-
-template <class T>
-void ZrXmlBasicType<T>::setValue(const T& value) {
-  m_theValue = value;
-  setSpecified(true);
-}
-
-template <class T>
-bool ZrXmlBasicType<T>::operator==(const ZrXmlBasicType& other) const {
-  return ZrXmlObject::operator==(other) && m_theValue == other.m_theValue;
-}
-
-template <class T>
-ZrXmlBasicType<T> ZrXmlBasicType<T>::nullObject() {
-  return ZrXmlBasicType();
-}
-
-template <class T>
-std::string ZrXmlBasicType<T>::text() const {
-  if constexpr (std::is_same<T, std::string>::value) {
-    return m_theValue;
-  } else {
-    std::ostringstream out;
-    formatText(out, m_theValue);
-    return out.str();
-  }
-}
-
-template <class T>
-void ZrXmlBasicType<T>::formatValue(std::ostream& out, const T& value) {
-  formatText(out, value);
-}
 
 template class ZrXmlBasicType<bool>;
 template class ZrXmlBasicType<char>;

@@ -14,6 +14,16 @@
 class ZrBaseXmlFactory;
 class ZrXmlObject;
 
+// The values readXml() and mode() return: the kind of item the reader stands on.
+namespace ZrXmlMode {
+constexpr int endOfInput = 0;
+constexpr int startTag = 1;
+constexpr int endTag = 2;
+constexpr int emptyElement = 3;  // a start tag that is also its end tag
+constexpr int content = 4;       // content, up to and with its end tag
+constexpr int error = 5;
+}  // namespace ZrXmlMode
+
 // The reader every object reads itself from. It keeps a stack of file readers so that include
 // elements (<ZrInclude type="simple" href="..."/>) pull in other files or HTTP references
 // transparently, checks each document's root "version" attribute once, and owns the factory through
