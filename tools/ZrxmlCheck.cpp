@@ -5,7 +5,7 @@
 
 namespace zrxml {
 
-int checkCommand(int argc, char** argv, const PrintRouter& router) {
+int checkCommand(int argc, char** argv, const PrintRouter&) {
   if (argc < 1) {
     output("usage: zrxml check FILE...\n");
     return ExitUsage;
@@ -13,7 +13,7 @@ int checkCommand(int argc, char** argv, const PrintRouter& router) {
   int result = ExitOk;
   for (int i = 0; i < argc; ++i) {
     DocumentSummary summary;
-    if (!readDocument(argv[i], [](ZrXmlReader&, int) {}, router, summary)) {
+    if (!readDocument(argv[i], [](ZrXmlReader&, int) {}, summary)) {
       output("%s: cannot be opened\n", argv[i]);
       result = ExitCannotOpen;
       continue;

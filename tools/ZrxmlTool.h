@@ -89,9 +89,10 @@ struct DocumentSummary {
 // follows include elements, calling `onEvent` after every event (the handler may take the attributes;
 // those it leaves are taken afterwards, since an unread attribute is no fault of the document). Reading
 // goes on after a 0 that came before the end of the input, and stops in error mode. Returns false, after
-// a report, when the document cannot be opened.
+// a report, when the document cannot be opened (a directory cannot). The summary counts the faults that
+// the reader counted while reading.
 bool readDocument(const std::string& path, const std::function<void(ZrXmlReader&, int)>& onEvent,
-                  const PrintRouter& router, DocumentSummary& summary);
+                  DocumentSummary& summary);
 
 }  // namespace zrxml
 
