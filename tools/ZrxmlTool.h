@@ -94,6 +94,32 @@ struct DocumentSummary {
 bool readDocument(const std::string& path, const std::function<void(ZrXmlReader&, int)>& onEvent,
                   DocumentSummary& summary);
 
+// Validates documents against one XML Schema with a real validator (libxml2), reporting each violation
+// as a fault with the validator's text, file and line. Built without libxml2 it reports, once, that
+// validation is unavailable, and validates nothing.
+class SchemaValidator {
+ public:
+  explicit SchemaValidator(const std::string& schemaPath);
+  ~SchemaValidator();
+  SchemaValidator(const SchemaValidator&) = delete;
+  SchemaValidator& operator=(const SchemaValidator&) = delete;
+
+  static bool available();
+  bool usable() const { return m_theSchema != nullptr; }
+  // The number of violations in the document at path; -1 when it could not be validated at all.
+  long validate(const std::string& path);
+
+  // What the validator's reports go to: their count, and the file they concern.
+  struct Faults {
+    std::size_t count = 0;
+    std::string file;
+  };
+
+ private:
+  void* m_theSchema = nullptr;  // the parsed schema (libxml2's type, kept out of this header)
+  Faults m_theFaults;
+};
+
 }  // namespace zrxml
 
 #endif
