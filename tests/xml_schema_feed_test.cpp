@@ -110,4 +110,27 @@ TEST_F(SchemaFeed, RepeatedElementsThatDifferMergeIntoOneDescriptionInConstantRo
   EXPECT_EQ(capture.all(), "");
 }
 
+// A polymorphic list: photoEye, diverter, photoEye. One sequence cannot admit the second photoEye after
+// the diverter; the children are described as a repeated choice instead, so both orders validate.
+TEST_F(SchemaFeed, SiblingsWrittenInVaryingOrderValidate) {
+  std::ostringstream out;
+  ZrXmlWriter writer(dir.file("line.xml"), out);
+  writer.setSchemaWriter(true);
+  writer.header(ZrCell::element("line"), ZrCell::uri());
+  writer.writeStartTag(ZrCell::element("devices"));
+  for (const char* kind : {"photoEye", "diverter", "photoEye", "photoEye", "diverter"}) {
+    writer.writeStartTag(ZrCell::element(kind));
+    writer.setAttributeName(ZrToken("serial"));
+    ZrXmlBasicType<unsigned int>(7u).write(writer);
+    writer.writeEndTag();
+  }
+  writer.writeEndTag();
+  writer.writeEndTag();
+  ASSERT_TRUE(writer.schema().write(dir.file("line.xml")));
+  const std::string schema = dir.file(ZrXmlWriter::schemaFileName("line.xml", ZrCell::uri()));
+  std::string report;
+  EXPECT_TRUE(validates(schema, dir.write("line.xml", out.str()), report)) << report << ZrTest::readFile(schema);
+  EXPECT_EQ(capture.all(), "");
+}
+
 }  // namespace

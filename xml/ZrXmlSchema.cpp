@@ -50,7 +50,7 @@ bool hasLocalName(const ZrToken& token, const ZrToken& name) { return token.toke
 }  // namespace
 
 ZrXmlSchema::ZrXmlSchema()
-    : m_theIgnoredDepth(0), m_theDepthReported(false), m_theRegistrations(0), m_theOrderReported(false) {}
+    : m_theIgnoredDepth(0), m_theDepthReported(false), m_theRegistrations(0) {}
 
 ZrXmlSchema::ZrXmlSchema(const ZrXmlSchema&) = default;
 
@@ -281,19 +281,11 @@ bool ZrXmlSchema::attach(const ZrXmlSchemaElement& element, int option, bool str
     type.addElement(element);
     return false;
   }
-  // Repeated within one parent: written again after a sibling, the element leaves the sequence's order.
-  if (index + 1 != type.elements().size()) reportOrder(element.token());
+  // Repeated within one parent: written again after a sibling, the element leaves the sequence's order,
+  // and the parent's children are described as a choice repeated any number of times.
+  if (index + 1 != type.elements().size()) type.makeUnordered();
   type.addElement(element);
   return !merge(type.element(index).type(), element.type());
-}
-
-void ZrXmlSchema::reportOrder(const ZrToken& token) {
-  if (m_theOrderReported) return;
-  m_theOrderReported = true;
-  Zr::Print::instance().write(Zr::PrintError,
-                              "ZrXmlSchema Warning: element %s is written in more than one order among its "
-                              "siblings; its description keeps the first order.\n",
-                              token.namespaceAndToken().c_str());
 }
 
 // Merging never makes records, so references into the generator's vectors stay valid. It recurses once
@@ -343,6 +335,7 @@ bool ZrXmlSchema::mergeComplexTypes(int knownIndex, int incomingIndex) {
       known.addAttribute(attribute.name())->type() = attribute.type();
   }
   if (incoming.value().isSimple()) widenValue(known, incoming.value());
+  if (incoming.unordered()) known.makeUnordered();
   bool adopted = false;
   if (known.choiceGroup() < 0 && incoming.choiceGroup() >= 0) {
     known.setChoiceGroup(incoming.choiceGroup());
@@ -366,7 +359,7 @@ void ZrXmlSchema::mergeElements(ZrXmlSchemaComplexType& known, const ZrXmlSchema
       adopted = adopted || element.type().kind() == ZrXmlSchemaElementType::COMPLEX;
       continue;
     }
-    if (index < position) reportOrder(element.token());
+    if (index < position) known.makeUnordered();
     position = std::max(position, index + 1);
     ZrXmlSchemaElement& same = known.element(index);
     const bool unbounded = same.maxOccurs() == ZrXmlSchemaElement::m_theUnbounded ||
