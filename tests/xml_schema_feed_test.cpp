@@ -133,4 +133,39 @@ TEST_F(SchemaFeed, SiblingsWrittenInVaryingOrderValidate) {
   EXPECT_EQ(capture.all(), "");
 }
 
+TEST(SchemaFileName, PortableNamesServeUrnNamespaces) {
+  struct Row {
+    const char* xmlNamespace;
+    const char* documentRule;
+    const char* portable;
+  };
+  const Row rows[] = {
+      {"http://www.zrtoolkit.org/namespace/cell", "line.cell.xsd", "line.cell.xsd"},
+      {"urn:x", "line.urn:x.xsd", "line.x.xsd"},
+      {"urn:zr:conveyor line", "line.urn:zr:conveyor line.xsd", "line.conveyor_line.xsd"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(ZrXmlWriter::schemaFileName("/data/line.xml", row.xmlNamespace), row.documentRule);
+    EXPECT_EQ(ZrXmlWriter::schemaFileName("/data/line.xml", row.xmlNamespace, true), row.portable);
+  }
+}
+
+// With portable names, a document in a URN namespace pairs with a schema file that a validator finds.
+TEST_F(SchemaFeed, UrnNamespaceDocumentValidatesWithPortableNames) {
+  std::ostringstream out;
+  ZrXmlWriter writer(dir.file("line.xml"), out);
+  writer.setSchemaWriter(true);
+  writer.setPortableSchemaFileNames(true);
+  writer.header(ZrToken("urn:x", "line"), "urn:x");
+  writer.writeStartTag(ZrToken("urn:x", "speed"));
+  ZrXmlBasicType<double>(1.5).write(writer);
+  writer.writeEndTag();
+  writer.writeEndTag();
+  ASSERT_TRUE(writer.schema().write(dir.file("line.xml")));
+  EXPECT_NE(out.str().find("line.x.xsd"), std::string::npos) << out.str();
+  std::string report;
+  EXPECT_TRUE(validates(dir.file("line.x.xsd"), dir.write("line.xml", out.str()), report)) << report;
+  EXPECT_EQ(capture.all(), "");
+}
+
 }  // namespace

@@ -50,7 +50,8 @@ bool hasLocalName(const ZrToken& token, const ZrToken& name) { return token.toke
 }  // namespace
 
 ZrXmlSchema::ZrXmlSchema()
-    : m_theIgnoredDepth(0), m_theDepthReported(false), m_theRegistrations(0) {}
+    : m_theIgnoredDepth(0), m_theDepthReported(false), m_theRegistrations(0),
+      m_thePortableSchemaFileNames(ZrXmlWriter::defaultPortableSchemaFileNames()) {}
 
 ZrXmlSchema::ZrXmlSchema(const ZrXmlSchema&) = default;
 
@@ -549,7 +550,7 @@ std::string ZrXmlSchema::fileText(const std::string& xmlNamespace, const std::st
   for (const std::string& imported : file.imports()) {
     text << "  <xs:import";
     if (!imported.empty()) text << " namespace=\"" << escaped(imported) << "\"";
-    text << " schemaLocation=\"" << escaped(ZrXmlWriter::schemaFileName(filename, imported)) << "\"/>\n";
+    text << " schemaLocation=\"" << escaped(ZrXmlWriter::schemaFileName(filename, imported, m_thePortableSchemaFileNames)) << "\"/>\n";
   }
   text << body.str() << "</xs:schema>\n";
   return text.str();
@@ -573,7 +574,7 @@ ZrBoolean ZrXmlSchema::write(std::string filename) {
   const std::string directory = slash == std::string::npos ? std::string() : filename.substr(0, slash + 1);
   ZrBoolean result = true;
   for (const std::string& xmlNamespace : all) {
-    const std::string path = directory + ZrXmlWriter::schemaFileName(filename, xmlNamespace);
+    const std::string path = directory + ZrXmlWriter::schemaFileName(filename, xmlNamespace, m_thePortableSchemaFileNames);
     std::ofstream out(path.c_str(), std::ios::out | std::ios::binary | std::ios::trunc);
     out << fileText(xmlNamespace, filename, globals, prefixes);
     out.close();

@@ -69,6 +69,11 @@ class ZrXmlSchema {
   static const ZrU32 m_theMaxDepth = 256;
 
   ZrXmlSchema();
+
+  // Whether the files and their imports are named by the portable schema file names of
+  // ZrXmlWriter::schemaFileName; new generators take ZrXmlWriter's class default.
+  void setPortableSchemaFileNames(bool portable) { m_thePortableSchemaFileNames = portable; }
+  bool portableSchemaFileNames() const { return m_thePortableSchemaFileNames; }
   ZrXmlSchema(const ZrXmlSchema& other);
   ZrXmlSchema& operator=(const ZrXmlSchema& other);
   virtual ~ZrXmlSchema();
@@ -155,6 +160,7 @@ class ZrXmlSchema {
   ZrU32 m_theRegistrations;                  // types ever registered
   std::map<std::string, std::set<std::string>> m_theTypeNames;   // per namespace: names of types
   std::map<std::string, std::set<std::string>> m_theGroupNames;  // per namespace: names of groups
+  bool m_thePortableSchemaFileNames;
 };
 
 #endif
