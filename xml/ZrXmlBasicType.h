@@ -34,8 +34,10 @@
 //   ZrNonNegReal    a double; anything not above 0.0 (NaN too) is stored as 0.0
 // Numbers are written with the writer's stream defaults, so doubles keep six significant digits.
 //
-// The members are defined in the library for exactly these types: bool, char, short, unsigned short,
-// int, unsigned int, unsigned char, double, std::string, ZrAngle and ZrNonNegReal.
+// The members are compiled into the library (and declared extern below) for bool, char, short,
+// unsigned short, int, unsigned int, unsigned char, double, std::string, ZrAngle and ZrNonNegReal. Any
+// other T (float, long, ...) instantiates from this header: read by stream extraction, written by
+// stream insertion.
 template <class T>
 class ZrXmlBasicType : public ZrBaseXmlBasicType {
  public:

@@ -22,8 +22,9 @@
 // is written as the table's first name. Reading a name that is not in the table fails and leaves the
 // value unchanged.
 //
-// The members are defined in the library for bool, short, unsigned short, int, unsigned int,
-// unsigned char and ZrNonNegReal.
+// The members are compiled into the library (and declared extern below) for bool, short,
+// unsigned short, int, unsigned int, unsigned char and ZrNonNegReal; any other T with == and <, such
+// as an application's enum class, instantiates from this header.
 template <class T>
 class ZrXmlEnumType : public ZrBaseXmlBasicType {
  public:

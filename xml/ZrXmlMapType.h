@@ -27,11 +27,14 @@
 // reported, stops the reading where it stands (entries read so far stay) and makes read() false:
 // a map that could not be read whole is a failed read.
 //
-// The members are defined in the library for exactly these maps (B<T> = ZrXmlBasicType<T>):
+// The members are compiled into the library, and declared extern below, for these maps
+// (B<T> = ZrXmlBasicType<T>):
 //   B<std::string> to B<bool>, B<int>, B<unsigned int>, B<double>, B<std::string>,
 //     ZrXmlMapType<B<std::string>, B<bool>>, ZrXmlMapType<B<std::string>, B<double>>,
 //     ZrXmlVectorType<B<double>>, ZrXmlVectorType<B<unsigned int>>;
 //   B<unsigned int> to B<std::string>, B<unsigned int>, ZrXmlSetType<B<unsigned int>>.
+// Any other key and value types that are ZrXmlObjects (the key with <) instantiate
+// from this header.
 template <class K, class V>
 class ZrXmlMapType : public ZrXmlObject {
  public:

@@ -19,9 +19,11 @@
 // a missing one leaves its member as it was. A child of any other name is reported, skipped with its
 // whole subtree, and makes read() false while reading goes on.
 //
-// The members are defined in the library for exactly these pairs (B<T> = ZrXmlBasicType<T>):
+// The members are compiled into the library, and declared extern below, for these pairs
+// (B<T> = ZrXmlBasicType<T>):
 //   <B<double>, B<double>>, <B<std::string>, B<std::string>>, <B<std::string>, B<unsigned int>>,
 //   <B<unsigned int>, B<unsigned int>>, <ZrXmlVector, ZrXmlVector>.
+// Any other member types that are ZrXmlObjects instantiate from this header.
 template <class F, class S>
 class ZrXmlPairType : public ZrXmlObject {
  public:

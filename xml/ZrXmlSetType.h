@@ -22,7 +22,9 @@
 // Each element read is inserted by copy, so a duplicate is dropped silently but still counted: the
 // count compared with "size" is the number of elements in the document, not in the set.
 //
-// The members are defined in the library for B<unsigned int> (B<T> = ZrXmlBasicType<T>).
+// The members are compiled into the library (and declared extern below) for B<unsigned int>
+// (B<T> = ZrXmlBasicType<T>); any other element type that is a ZrXmlObject with < instantiates from this
+// header.
 template <class E>
 class ZrXmlSetType : public ZrXmlObject {
  public:

@@ -66,13 +66,16 @@ void writeReals(ZrXmlWriter& writer, const std::vector<ZrXmlBasicType<double>>& 
 // kept. The count reserves room ahead of reading, but never more than m_theMaxReserveBytes, so a
 // faulty size cannot make a small document allocate much.
 //
-// The members are defined in the library for exactly these element types (B<T> = ZrXmlBasicType<T>):
+// The members are compiled into the library, and declared extern below, for these element types
+// (B<T> = ZrXmlBasicType<T>):
 //   B<bool>, B<char>, B<short>, B<unsigned short>, B<int>, B<unsigned int>, B<unsigned char>,
 //   B<double>, B<std::string>, ZrXmlVector, ZrXmlOrientation, ZrXmlVectorVector,
 //   ZrXmlPairType<B<double>, B<double>>, ZrXmlPairType<B<unsigned int>, B<unsigned int>>, and the
 //   nested ZrXmlVectorType of B<bool>, B<int>, B<unsigned int>, B<unsigned char>, B<double>,
 //   ZrXmlPairType<B<unsigned int>, B<unsigned int>>, ZrXmlVectorVector, ZrXmlVectorType<B<double>> and
 //   ZrXmlVectorType<B<unsigned int>>.
+// Any other element type that is a ZrXmlObject (an application's own class: a vector
+// of motors) instantiates from this header.
 template <class E>
 class ZrXmlVectorType : public ZrXmlObject {
  public:
