@@ -1,5 +1,6 @@
 // Large arrays written and read through the object layer, side by side with other XML serialisers in
-// one run: a vector of doubles and a vector of points (x, y, z), at three sizes tenfold apart.
+// one run: a vector of doubles, a vector of points (x, y, z), and a vector of small records of an
+// application's own class (an id and two reals), at three sizes tenfold apart.
 //
 // Every library gets the same numbers (fixed seeds, each rounded to six significant digits so that the
 // six digits this library writes by default carry them exactly), writes into an in-memory stream and
@@ -14,11 +15,15 @@
 //             to_chars/from_chars, point attributes through pugixml's own set_value/as_double
 //   cereal    XML archive of the std::vector: one element per number (or per point, with x, y, z children)
 //   boost     xml_oarchive/xml_iarchive: count, item_version, then one item element per number or point
+// Records (ours, cereal and boost only; pugixml has no object layer): ours is a ZrXmlVectorType of a
+// compound class, <element id=".."><length>..</length><weight>..</weight></element> per record; the
+// peers serialise a std::vector of a plain struct with the same three members.
 // pugixml and cereal are asked for six significant digits, as we write; Boost's archive picks its own
 // precision, so its documents are longer. The doc_bytes counter shows each document's size.
 //
 // Counters: bytes_per_second (document bytes), items_per_second (numbers or points), doc_bytes.
 // bench/ratios.py turns a JSON run into the table of our time over each peer's.
+#include <ZrXmlCompoundType.h>
 #include <ZrXmlReader.h>
 #include <ZrXmlVectorType.h>
 #include <ZrXmlVectorVector.h>
@@ -53,6 +58,64 @@ struct Point {
   double y;
   double z;
 };
+
+// One record of the peers' vectors of records.
+struct Record {
+  int id;
+  double weight;
+  double length;
+};
+
+// The same record as an application's own persistent class.
+class Parcel : public ZrXmlCompoundType {
+ public:
+  Parcel() = default;
+  Parcel(int id, double weight, double length) : m_theId(id), m_theWeight(weight), m_theLength(length) {}
+  ZrXmlObject* clone() const override { return new Parcel(*this); }
+  ZrXmlObject* newObject() const override { return new Parcel(); }
+  ZrBoolean equality(const ZrXmlObject* other) const override {
+    const Parcel* parcel = dynamic_cast<const Parcel*>(other);
+    return parcel && m_theId == parcel->m_theId && m_theWeight == parcel->m_theWeight &&
+           m_theLength == parcel->m_theLength;
+  }
+  ZrToken token() const override { return ZrToken("http://www.zrtoolkit.org/namespace/cr", "parcel"); }
+  Record record() const { return {m_theId.value(), m_theWeight.value(), m_theLength.value()}; }
+
+ protected:
+  void registerComponents() override {
+    static const ZrToken id("id"), weight("http://www.zrtoolkit.org/namespace/cr", "weight"),
+        length("http://www.zrtoolkit.org/namespace/cr", "length");
+    registerAttributeComponent(id, &m_theId);
+    registerComponent(weight, &m_theWeight);
+    registerComponent(length, &m_theLength);
+  }
+
+ private:
+  ZrXmlBasicType<int> m_theId;
+  ZrXmlBasicType<double> m_theWeight;
+  ZrXmlBasicType<double> m_theLength;
+};
+
+#ifdef ZR_BENCH_HAVE_BOOST_SERIALIZATION
+BOOST_CLASS_IMPLEMENTATION(Record, boost::serialization::object_serializable)
+BOOST_CLASS_TRACKING(Record, boost::serialization::track_never)
+namespace boost {
+namespace serialization {
+template <class Archive>
+void serialize(Archive& archive, Record& record, const unsigned int /*version*/) {
+  archive& make_nvp("id", record.id) & make_nvp("weight", record.weight) & make_nvp("length", record.length);
+}
+}  // namespace serialization
+}  // namespace boost
+#endif
+
+#ifdef ZR_BENCH_HAVE_CEREAL
+template <class Archive>
+void serialize(Archive& archive, Record& record) {
+  archive(cereal::make_nvp("id", record.id), cereal::make_nvp("weight", record.weight),
+          cereal::make_nvp("length", record.length));
+}
+#endif
 
 #ifdef ZR_BENCH_HAVE_BOOST_SERIALIZATION
 // Plain data: no class information, no object tracking, as one would set for bulk arrays.
@@ -110,11 +173,27 @@ struct PointsShape {
   using Object = typename Library::Points;
 };
 
+struct RecordsShape {
+  static constexpr size_t valuesPerItem = 2;
+  static constexpr std::uint32_t seed = 20240603;
+  template <class Library>
+  using Object = typename Library::Records;
+};
+
 // Filling and flattening the standard containers the peers read into and write from.
 void fill(const std::vector<double>& values, std::vector<double>& doubles) { doubles = values; }
 void fill(const std::vector<double>& values, std::vector<Point>& points) {
   points.clear();
   for (size_t i = 0; i + 2 < values.size(); i += 3) points.push_back({values[i], values[i + 1], values[i + 2]});
+}
+void fill(const std::vector<double>& values, std::vector<Record>& records) {
+  records.clear();
+  for (size_t i = 0; i + 1 < values.size(); i += 2) records.push_back({static_cast<int>(i / 2), values[i], values[i + 1]});
+}
+std::vector<double> flatten(const std::vector<Record>& records) {
+  std::vector<double> values;
+  for (const Record& record : records) values.insert(values.end(), {double(record.id), record.weight, record.length});
+  return values;
 }
 std::vector<double> flatten(const std::vector<double>& doubles) {
   std::vector<double> values;
@@ -131,6 +210,7 @@ std::vector<double> flatten(const std::vector<Point>& points) {
 struct Ours {
   using Doubles = ZrXmlVectorType<ZrXmlBasicType<double>>;
   using Points = ZrXmlVectorVector;
+  using Records = ZrXmlVectorType<Parcel>;
 
   static void fill(const std::vector<double>& values, Doubles& doubles) {
     doubles.clear();
@@ -141,6 +221,19 @@ struct Ours {
     points.clear();
     for (size_t i = 0; i + 2 < values.size(); i += 3)
       points.pushBack(ZrVector(values[i], values[i + 1], values[i + 2]));
+  }
+  static void fill(const std::vector<double>& values, Records& records) {
+    records.clear();
+    for (size_t i = 0; i + 1 < values.size(); i += 2)
+      records.pushBack(Parcel(static_cast<int>(i / 2), values[i], values[i + 1]));
+  }
+  static std::vector<double> flatten(const Records& records) {
+    std::vector<double> values;
+    for (const Parcel& parcel : records.vectorContainer()) {
+      const Record record = parcel.record();
+      values.insert(values.end(), {double(record.id), record.weight, record.length});
+    }
+    return values;
   }
   static std::vector<double> flatten(const Doubles& doubles) {
     std::vector<double> values;
@@ -190,6 +283,7 @@ struct OursLossless : Ours {
 struct StandardContainers {
   using Doubles = std::vector<double>;
   using Points = std::vector<Point>;
+  using Records = std::vector<Record>;
   template <class Object>
   static void fill(const std::vector<double>& values, Object& object) {
     ::fill(values, object);
@@ -382,21 +476,34 @@ void registerLibrary(const std::string& name) {
   shape(benchmark::RegisterBenchmark(("ReadPoints/" + name).c_str(), read<Library, PointsShape>), 1000, 100000);
 }
 
+// Vectors of records, for the libraries with an object layer.
+template <class Library>
+void registerRecords(const std::string& name) {
+  for (const char* kind : {"WriteRecords/", "ReadRecords/"}) {
+    auto* benchmark = benchmark::RegisterBenchmark(
+        (kind + name).c_str(), kind[0] == 'W' ? write<Library, RecordsShape> : read<Library, RecordsShape>);
+    benchmark->RangeMultiplier(10)->Range(1000, 100000)->Unit(benchmark::kMillisecond)->Complexity(benchmark::oN);
+  }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   registerLibrary<Ours>("zrXml");
+  registerRecords<Ours>("zrXml");
   registerLibrary<OursLossless>("zrXmlLossless");
 #ifdef ZR_BENCH_HAVE_PUGIXML
   registerLibrary<Pugixml>("pugixml");
 #endif
 #ifdef ZR_BENCH_HAVE_CEREAL
   registerLibrary<Cereal>("cereal");
+  registerRecords<Cereal>("cereal");
 #endif
 #ifdef ZR_BENCH_HAVE_BOOST_SERIALIZATION
   registerLibrary<BoostSerialization>("boost");
+  registerRecords<BoostSerialization>("boost");
 #endif
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();

@@ -18,7 +18,7 @@ const int startTagMode = 1;
 const int emptyElementMode = 3;
 }  // namespace
 
-ZrBoolean ZrRobotCellDocument::read(std::istream& in, const std::string& filename, ZrRobotCell& cell) {
+ZrBoolean ZrRobotCellDocument::read(std::istream& in, const std::string& filename, ZrRobotCell& cell, ZrU32* faultCount) {
   ZrXmlReader reader(filename, in);
   const int mode = reader.readXml();
   if (mode != startTagMode && mode != emptyElementMode) {
@@ -34,16 +34,18 @@ ZrBoolean ZrRobotCellDocument::read(std::istream& in, const std::string& filenam
     return false;
   }
   // The reader has consumed the root's start tag; the cell reads its attributes and children.
-  return cell.read(reader);
+  const ZrBoolean result = cell.read(reader);
+  if (faultCount) *faultCount = reader.faultCount();
+  return result;
 }
 
-ZrBoolean ZrRobotCellDocument::readFile(const std::string& filename, ZrRobotCell& cell) {
+ZrBoolean ZrRobotCellDocument::readFile(const std::string& filename, ZrRobotCell& cell, ZrU32* faultCount) {
   std::ifstream in(filename.c_str(), std::ios::in | std::ios::binary);
   if (!in) {
     Zr::Print::instance().write(Zr::PrintError, "ZrRobotCellDocument Error: cannot open %s.\n", filename.c_str());
     return false;
   }
-  return read(in, filename, cell);
+  return read(in, filename, cell, faultCount);
 }
 
 // header() leaves the root's start tag open: the cell writes the root's attributes and children into
@@ -67,10 +69,8 @@ std::string ZrRobotCellDocument::samplePath() { return ZR_ROBOT_CELL_SAMPLE; }
 int ZrRobotCellDocument::demo(const std::string& filename, std::ostream& out, bool list) {
   const std::string path = filename.empty() ? samplePath() : filename;
   ZrRobotCell cell;
-  if (!readFile(path, cell)) return 1;
-  if (list) {
-    listValues(cell, out);
-    return out.good() ? 0 : 1;
-  }
-  return write(cell, out, path) ? 0 : 1;
+  ZrU32 faults = 0;
+  if (!readFile(path, cell, &faults)) return 1;
+  const bool shown = list ? (listValues(cell, out), out.good()) : write(cell, out, path);
+  return shown && faults == 0 ? 0 : 1;
 }

@@ -11,9 +11,10 @@
 class ZrRobotCellDocument {
  public:
   // Reads a cell document from a stream into cell. The file name is used in messages only.
-  // False when the document holds no "robotCell" root; faults inside it are reported and skipped.
-  static ZrBoolean read(std::istream& in, const std::string& filename, ZrRobotCell& cell);
-  static ZrBoolean readFile(const std::string& filename, ZrRobotCell& cell);
+  // False when the document holds no "robotCell" root; faults inside it are reported and skipped, and
+  // their number is stored in *faultCount when it is given.
+  static ZrBoolean read(std::istream& in, const std::string& filename, ZrRobotCell& cell, ZrU32* faultCount = nullptr);
+  static ZrBoolean readFile(const std::string& filename, ZrRobotCell& cell, ZrU32* faultCount = nullptr);
 
   // Writes cell as a whole document. The file name names the schema file paired with the namespace.
   static ZrBoolean write(const ZrRobotCell& cell, std::ostream& out, const std::string& filename);
@@ -25,7 +26,8 @@ class ZrRobotCellDocument {
   static std::string samplePath();
 
   // Reads a cell document (the sample when filename is empty) and writes it back to out, or lists its
-  // values when listValues is set. Returns a process exit status: 0 on success.
+  // values when listValues is set. Returns a process exit status: 0 on success, 1 also when reading
+  // reported a fault.
   static int demo(const std::string& filename, std::ostream& out, bool listValues = false);
 };
 

@@ -69,10 +69,31 @@ const char* Print::typeName(int printType) {
 void Print::emit(int printType, const std::string& message) {
   if (m_theSink) {
     m_theSink(printType, message);
+  } else {
+    std::fwrite(message.data(), 1, message.size(), stderr);
+    std::fflush(stderr);
+  }
+  if (!m_theWatchers.empty()) m_theWatchers.back().second(printType, message);
+}
+
+void Print::raiseWatcher(const void* owner, const PrintSink& watcher) {
+  for (auto entry = m_theWatchers.begin(); entry != m_theWatchers.end(); ++entry) {
+    if (entry->first != owner) continue;
+    std::pair<const void*, PrintSink> raised = std::move(*entry);
+    m_theWatchers.erase(entry);
+    m_theWatchers.push_back(std::move(raised));
     return;
   }
-  std::fwrite(message.data(), 1, message.size(), stderr);
-  std::fflush(stderr);
+  m_theWatchers.emplace_back(owner, watcher);
+}
+
+void Print::dropWatcher(const void* owner) {
+  for (auto entry = m_theWatchers.begin(); entry != m_theWatchers.end(); ++entry) {
+    if (entry->first == owner) {
+      m_theWatchers.erase(entry);
+      return;
+    }
+  }
 }
 
 }  // namespace Zr

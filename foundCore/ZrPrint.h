@@ -4,6 +4,8 @@
 #include <functional>
 #include <sstream>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace Zr {
 
@@ -61,12 +63,22 @@ class Print {
   // The name of a print type, for sinks that label their output.
   static const char* typeName(int printType);
 
-  // Hands one finished message to the current sink.
+  // Hands one finished message to the current sink, then to the innermost watcher.
   void emit(int printType, const std::string& message);
+
+  // Watchers observe messages beside the sink, for counting rather than showing them. Only the
+  // innermost watcher (the one raised last) sees a message, so that of several readers alive at once
+  // the one that is reading is told of its document's faults. Each watcher is known by its owner's
+  // address: raising an owner's watcher again moves it innermost (and keeps the function it was
+  // first given); dropping it removes it wherever it stands.
+  void raiseWatcher(const void* owner, const PrintSink& watcher);
+  void dropWatcher(const void* owner);
+  const void* innermostWatcher() const { return m_theWatchers.empty() ? nullptr : m_theWatchers.back().first; }
 
  private:
   Print() = default;
   PrintSink m_theSink;
+  std::vector<std::pair<const void*, PrintSink>> m_theWatchers;
 };
 
 }  // namespace Zr

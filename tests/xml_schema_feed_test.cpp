@@ -25,6 +25,10 @@ bool validates(const std::string& schema, const std::string& document, std::stri
   return status == 0;
 }
 
+// A writer whose document is validated against the schema its writing builds: every writer of the
+// tests below that are validated goes through here.
+void feedSchema(ZrXmlWriter& writer) { writer.setSchemaWriter(true); }
+
 // Records the generator holds: a merged element's own records are released again.
 int liveComplexTypes(ZrXmlSchema& schema) {
   int count = 0;
@@ -110,6 +114,64 @@ TEST_F(SchemaFeed, RepeatedElementsThatDifferMergeIntoOneDescriptionInConstantRo
   unfed.header(ZrCell::element("fleet"), ZrCell::uri());
   unfed.writeEndTag();
   EXPECT_TRUE(unfed.schema().rootElements().empty());
+  EXPECT_EQ(capture.all(), "");
+}
+
+// A polymorphic list: photoEye, diverter, photoEye. One sequence cannot admit the second photoEye after
+// the diverter; the children are described as a repeated choice instead, so both orders validate.
+TEST_F(SchemaFeed, SiblingsWrittenInVaryingOrderValidate) {
+  std::ostringstream out;
+  ZrXmlWriter writer(dir.file("line.xml"), out);
+  feedSchema(writer);
+  writer.header(ZrCell::element("line"), ZrCell::uri());
+  writer.writeStartTag(ZrCell::element("devices"));
+  for (const char* kind : {"photoEye", "diverter", "photoEye", "photoEye", "diverter"}) {
+    writer.writeStartTag(ZrCell::element(kind));
+    writer.setAttributeName(ZrToken("serial"));
+    ZrXmlBasicType<unsigned int>(7u).write(writer);
+    writer.writeEndTag();
+  }
+  writer.writeEndTag();
+  writer.writeEndTag();
+  ASSERT_TRUE(writer.schema().write(dir.file("line.xml")));
+  const std::string schema = dir.file(ZrXmlWriter::schemaFileName("line.xml", ZrCell::uri()));
+  std::string report;
+  EXPECT_TRUE(validates(schema, dir.write("line.xml", out.str()), report)) << report << ZrTest::readFile(schema);
+  EXPECT_EQ(capture.all(), "");
+}
+
+TEST(SchemaFileName, PortableNamesServeUrnNamespaces) {
+  struct Row {
+    const char* xmlNamespace;
+    const char* documentRule;
+    const char* portable;
+  };
+  const Row rows[] = {
+      {"http://www.zrtoolkit.org/namespace/cell", "line.cell.xsd", "line.cell.xsd"},
+      {"urn:x", "line.urn:x.xsd", "line.x.xsd"},
+      {"urn:zr:conveyor line", "line.urn:zr:conveyor line.xsd", "line.conveyor_line.xsd"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(ZrXmlWriter::schemaFileName("/data/line.xml", row.xmlNamespace), row.documentRule);
+    EXPECT_EQ(ZrXmlWriter::schemaFileName("/data/line.xml", row.xmlNamespace, true), row.portable);
+  }
+}
+
+// With portable names, a document in a URN namespace pairs with a schema file that a validator finds.
+TEST_F(SchemaFeed, UrnNamespaceDocumentValidatesWithPortableNames) {
+  std::ostringstream out;
+  ZrXmlWriter writer(dir.file("line.xml"), out);
+  feedSchema(writer);
+  writer.setPortableSchemaFileNames(true);
+  writer.header(ZrToken("urn:x", "line"), "urn:x");
+  writer.writeStartTag(ZrToken("urn:x", "speed"));
+  ZrXmlBasicType<double>(1.5).write(writer);
+  writer.writeEndTag();
+  writer.writeEndTag();
+  ASSERT_TRUE(writer.schema().write(dir.file("line.xml")));
+  EXPECT_NE(out.str().find("line.x.xsd"), std::string::npos) << out.str();
+  std::string report;
+  EXPECT_TRUE(validates(dir.file("line.x.xsd"), dir.write("line.xml", out.str()), report)) << report;
   EXPECT_EQ(capture.all(), "");
 }
 

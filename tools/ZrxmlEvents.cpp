@@ -36,13 +36,13 @@ void printEvent(ZrXmlReader& reader, int mode) {
 
 }  // namespace
 
-int eventsCommand(int argc, char** argv, const PrintRouter& router) {
+int eventsCommand(int argc, char** argv, const PrintRouter&) {
   if (argc != 1) {
     output("usage: zrxml events FILE\n");
     return ExitUsage;
   }
   DocumentSummary summary;
-  if (!readDocument(argv[0], printEvent, router, summary)) return ExitCannotOpen;
+  if (!readDocument(argv[0], printEvent, summary)) return ExitCannotOpen;
   return summary.faults ? ExitFaults : ExitOk;
 }
 

@@ -94,9 +94,36 @@ struct DocumentSummary {
 // follows include elements, calling `onEvent` after every event (the handler may take the attributes;
 // those it leaves are taken afterwards, since an unread attribute is no fault of the document). Reading
 // goes on after a 0 that came before the end of the input, and stops in error mode. Returns false, after
-// a report, when the document cannot be opened.
+// a report, when the document cannot be opened (a directory cannot). The summary counts the faults that
+// the reader counted while reading.
 bool readDocument(const std::string& path, const std::function<void(ZrXmlReader&, int)>& onEvent,
-                  const PrintRouter& router, DocumentSummary& summary);
+                  DocumentSummary& summary);
+
+// Validates documents against one XML Schema with a real validator (libxml2), reporting each violation
+// as a fault with the validator's text, file and line. Built without libxml2 it reports, once, that
+// validation is unavailable, and validates nothing.
+class SchemaValidator {
+ public:
+  explicit SchemaValidator(const std::string& schemaPath);
+  ~SchemaValidator();
+  SchemaValidator(const SchemaValidator&) = delete;
+  SchemaValidator& operator=(const SchemaValidator&) = delete;
+
+  static bool available();
+  bool usable() const { return m_theSchema != nullptr; }
+  // The number of violations in the document at path; -1 when it could not be validated at all.
+  long validate(const std::string& path);
+
+  // What the validator's reports go to: their count, and the file they concern.
+  struct Faults {
+    std::size_t count = 0;
+    std::string file;
+  };
+
+ private:
+  void* m_theSchema = nullptr;  // the parsed schema (libxml2's type, kept out of this header)
+  Faults m_theFaults;
+};
 
 }  // namespace zrxml
 

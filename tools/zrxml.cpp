@@ -7,28 +7,44 @@
 namespace {
 
 const zrxml::Command theCommands[] = {
-    {"check", "FILE...",
+    {"check", "[--strict] [--schema XSD] FILE...",
      "read each document to its end, print every fault and one summary line per file; --strict also "
-     "reports whatever is not well-formed XML 1.0 with namespaces",
+     "reports whatever is not well-formed XML 1.0 with namespaces; --schema also validates each against the "
+     "XML Schema XSD and reports every violation with file and line",
      zrxml::checkCommand},
-    {"events", "FILE", "print one line per event: line, mode, kind, element, attributes, content",
+    {"events", "FILE", "print one line per event: line, mode, kind, element, attributes, content (events of "
+     "included documents are named by their file)",
      zrxml::eventsCommand},
-    {"demo", "[FILE]",
-     "read a robot-cell document (default: the sample) and write it back; --values lists it; --formula "
-     "reads, prints and evaluates a formula; --namespace-complete, --lossless-reals and --escape-markup "
-     "choose the written form",
+    {"demo", "[--values] [FORM...] [FILE] | --formula [FILE] [NAME=VALUE...]",
+     "read a robot-cell document (default: the sample) and write it back, or with --values list its values; "
+     "--formula reads, prints and evaluates a formula; exit 1 when reading reported a fault; the FORM options "
+     "--namespace-complete, --lossless-reals and --escape-markup choose the written form",
      zrxml::demoCommand},
-    {"schema", "[DIR]",
-     "write the XML Schema files of the example documents (robot cell, formula) into DIR; "
-     "--namespace-complete also writes the samples there, in the form a validator needs",
+    {"schema", "[--namespace-complete] [DIR]",
+     "write the XML Schema files of the example documents (robot cell, formula) into DIR (default: the "
+     "current directory); --namespace-complete also writes the samples there, in the form a validator needs",
      zrxml::schemaCommand},
 };
+
+void printExitStatus() {
+  zrxml::output("\nexit status: 0 no fault, 1 faults reported, 2 a file could not be opened, 64 wrong usage\n");
+}
+
+bool isHelp(const char* argument) {
+  return std::strcmp(argument, "help") == 0 || std::strcmp(argument, "--help") == 0 || std::strcmp(argument, "-h") == 0;
+}
+
+void printCommandHelp(const zrxml::Command& command) {
+  zrxml::output("usage: zrxml %s %s\n\n%s\n", command.name, command.arguments, command.summary);
+  printExitStatus();
+}
 
 void printUsage() {
   zrxml::output("usage: zrxml COMMAND ARGUMENTS\n\ncommands:\n");
   for (const auto& command : theCommands)
-    zrxml::output("  %-8s %-10s %s\n", command.name, command.arguments, command.summary);
-  zrxml::output("\nexit status: 0 no fault, 1 faults reported, 2 a file could not be opened, 64 wrong usage\n");
+    zrxml::output("  %-8s %s\n           %s\n", command.name, command.arguments, command.summary);
+  zrxml::output("\n'zrxml COMMAND --help' describes one command.\n");
+  printExitStatus();
 }
 
 }  // namespace
@@ -39,12 +55,18 @@ int main(int argc, char** argv) {
     printUsage();
     return zrxml::ExitUsage;
   }
-  if (std::strcmp(argv[1], "help") == 0 || std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0) {
+  if (isHelp(argv[1])) {
     printUsage();
     return zrxml::ExitOk;
   }
-  for (const auto& command : theCommands)
-    if (std::strcmp(argv[1], command.name) == 0) return command.run(argc - 2, argv + 2, router);
+  for (const auto& command : theCommands) {
+    if (std::strcmp(argv[1], command.name) != 0) continue;
+    if (argc > 2 && std::strcmp(argv[2], "--help") == 0) {
+      printCommandHelp(command);
+      return zrxml::ExitOk;
+    }
+    return command.run(argc - 2, argv + 2, router);
+  }
   zrxml::output("zrxml: unknown command '%s'\n\n", argv[1]);
   printUsage();
   return zrxml::ExitUsage;

@@ -5,8 +5,19 @@
 #include <ZrBaseXmlBasicType.h>
 #include <ZrNonNegReal.h>
 
+#include <ZrNumberText.h>
+#include <ZrPrint.h>
+#include <ZrXmlObjectVisitor.h>
+#include <ZrXmlReader.h>
+#include <ZrXmlSchema.h>
+#include <ZrXmlWriter.h>
+
 #include <ostream>
+#include <sstream>
 #include <string>
+#include <string_view>
+#include <type_traits>
+#include <typeinfo>
 #include <vector>
 
 // One plain value as an XML object: read from and written to an element's content or an
@@ -26,8 +37,10 @@
 // ("INF", "-INF", "NaN") read back into every real type: strtod takes them, and the angle and the
 // non-negative real take them where their stream extraction fails.
 //
-// The members are defined in the library for exactly these types: bool, char, short, unsigned short,
-// int, unsigned int, unsigned char, double, std::string, ZrAngle and ZrNonNegReal.
+// The members are compiled into the library (and declared extern below) for bool, char, short,
+// unsigned short, int, unsigned int, unsigned char, double, std::string, ZrAngle and ZrNonNegReal. Any
+// other T (float, long, ...) instantiates from this header: read by stream extraction, written by
+// stream insertion.
 template <class T>
 class ZrXmlBasicType : public ZrBaseXmlBasicType {
  public:
@@ -79,6 +92,230 @@ class ZrXmlBasicType : public ZrBaseXmlBasicType {
  private:
   T m_theValue;
 };
+
+// The text forms of values. The library's own types have conversions of their own (defined in the
+// library); any other type is read by stream extraction and written by stream insertion.
+namespace ZrXmlValueText {
+// The one extraction stream that every extraction shares: building a stream (and its locale) per value
+// would dominate the cost of reading numbers. It is reset before each use, and nothing ever changes
+// its format flags, so each extraction behaves as on a freshly built stream.
+std::istringstream& extractionStream(const std::string& text);
+
+bool parseText(const std::string& text, double& value);
+bool parseText(const std::string& text, int& value);
+bool parseText(const std::string& text, unsigned int& value);
+bool parseText(const std::string& text, short& value);
+bool parseText(const std::string& text, unsigned short& value);
+bool parseText(const std::string& text, char& value);
+bool parseText(const std::string& text, bool& value);
+bool parseText(const std::string& text, std::string& value);
+bool parseText(const std::string& text, unsigned char& value);
+bool parseText(const std::string& text, ZrAngle& value);
+bool parseText(const std::string& text, ZrNonNegReal& value);
+
+// Each parser stores what the text form gives, however faulty the text, and says whether the whole
+// text, white space around it aside, was a value of the type.
+template <class T>
+bool parseText(const std::string& text, T& value) {
+  std::istringstream& stream = extractionStream(text);
+  stream >> value;
+  if (stream.fail()) return false;
+  stream >> std::ws;
+  return stream.eof();
+}
+
+void formatText(std::ostream& out, bool value);
+void formatText(std::ostream& out, unsigned char value);
+void formatText(std::ostream& out, char value);
+void formatText(std::ostream& out, const ZrAngle& value);
+void formatText(std::ostream& out, const ZrNonNegReal& value);
+
+template <class T>
+void formatText(std::ostream& out, const T& value) {
+  out << value;
+}
+
+// Words of long arrays: reals and strings are taken from the view itself; the other forms are defined
+// by conversions that want a terminated string, and short words fit in the string's own storage.
+template <class T>
+struct WordParser {
+  void operator()(std::string_view word, T& value) const { parseText(std::string(word), value); }
+};
+
+template <>
+struct WordParser<double> {
+  ZrDoubleTextRun run;  // one look at the locale and rounding direction for the whole group
+  void operator()(std::string_view word, double& value) const { value = run.read(word.data(), word.data() + word.size()); }
+};
+
+template <>
+struct WordParser<std::string> {
+  void operator()(std::string_view word, std::string& value) const { value.assign(word.data(), word.size()); }
+};
+}  // namespace ZrXmlValueText
+
+// Member definitions: any value type instantiates them; the types listed above are compiled into
+// the library and declared extern below, so their users do not compile them again.
+
+template <class T>
+ZrXmlBasicType<T>::ZrXmlBasicType(const T& value) : m_theValue(value) {}
+
+template <class T>
+ZrXmlBasicType<T>::ZrXmlBasicType(const ZrXmlBasicType& other) : ZrBaseXmlBasicType(other), m_theValue(other.m_theValue) {}
+
+template <class T>
+ZrXmlBasicType<T>& ZrXmlBasicType<T>::operator=(const ZrXmlBasicType& other) {
+  ZrBaseXmlBasicType::operator=(other);
+  m_theValue = other.m_theValue;
+  return *this;
+}
+
+template <class T>
+ZrXmlBasicType<T>& ZrXmlBasicType<T>::operator=(const T& value) {
+  setValue(value);
+  return *this;
+}
+
+template <class T>
+void ZrXmlBasicType<T>::accept(ZrXmlObjectVisitor* visitor) const {
+  ZrXmlAcceptValue(this, visitor);
+}
+
+template <class T>
+ZrXmlObject* ZrXmlBasicType<T>::clone() const {
+  return new ZrXmlBasicType(*this);
+}
+
+template <class T>
+ZrBoolean ZrXmlBasicType<T>::read(ZrXmlReader& reader) {
+  ZrBoolean result = ZrXmlObject::read(reader);
+  if (!result) return result;
+  std::string text;
+  if (elementText(reader, text)) {
+    setValueFromString(text);
+    return true;
+  }
+  Zr::Print::instance().write(Zr::PrintError,
+                              "ZrXmlBasicType Error: file not valid.\n\tNo data found.\n\tFile: %s\n\tLine: %d\n",
+                              reader.filename().c_str(), reader.lineCountOfFile());
+  setValueFromString(text);
+  return false;
+}
+
+// A missing attribute is reported but is not a failure: the value becomes that of the empty text.
+template <class T>
+ZrBoolean ZrXmlBasicType<T>::readAttribute(ZrXmlReader& reader) {
+  ZrBoolean result = ZrXmlObject::read(reader);
+  if (!result) return result;
+  if (reader.remainingNumOfAttributes() != 0) {
+    setValueFromString(reader.attributeValue());
+  } else {
+    Zr::Print::instance().write(Zr::PrintError,
+                                "ZrXmlBasicType Error: file not valid.\n\tNo attributes found.\n\tFile: %s\n\tLine: %d\n",
+                                reader.filename().c_str(), reader.lineCountOfFile());
+    setValueFromString(std::string());
+  }
+  return result;
+}
+
+template <class T>
+ZrBoolean ZrXmlBasicType<T>::write(ZrXmlWriter& writer) const {
+  if (!ZrXmlObject::write(writer)) return false;
+  writer.type(typeid(T));
+  if constexpr (std::is_same<T, std::string>::value) {
+    writer.data(m_theValue);  // a string's text is the string itself: no formatting needed
+  } else if constexpr (std::is_same<T, double>::value) {
+    writer.realData(m_theValue);  // the writer chooses between six digits and the lossless form
+  } else if constexpr (std::is_same<T, ZrAngle>::value || std::is_same<T, ZrNonNegReal>::value) {
+    writer.realData(m_theValue.value());
+  } else {
+    std::ostringstream& stream = writer.valueStream();
+    ZrXmlValueText::formatText(stream, m_theValue);
+    writer.data(stream.str());
+    stream.str(std::string());
+  }
+  return true;
+}
+
+template <class T>
+ZrBoolean ZrXmlBasicType<T>::writeSchema(ZrXmlSchema& schema) const {
+  ZrBoolean result = ZrXmlObject::writeSchema(schema);
+  if (result) schema.setType(typeid(T));
+  return result;
+}
+
+template <class T>
+ZrBoolean ZrXmlBasicType<T>::isBasicType() const {
+  return true;
+}
+
+template <class T>
+ZrBoolean ZrXmlBasicType<T>::equality(const ZrXmlObject* other) const {
+  const ZrXmlBasicType* same = dynamic_cast<const ZrXmlBasicType*>(other);
+  return same != nullptr && *this == *same;
+}
+
+template <class T>
+ZrXmlObject* ZrXmlBasicType<T>::newObject() const {
+  return new ZrXmlBasicType();
+}
+
+template <class T>
+ZrToken ZrXmlBasicType<T>::token() const {
+  return ZrXml::ZrBasicTypeToken;
+}
+
+template <class T>
+ZrBoolean ZrXmlBasicType<T>::setValueFromString(const std::string& text) {
+  return ZrXmlValueText::parseText(text, m_theValue);
+}
+
+// The elements are made here, so they are exactly this type: no override of setValueFromString() or
+// of the base's bookkeeping could apply, and the word is parsed straight from the view.
+template <class T>
+long ZrXmlBasicType<T>::readWords(ZrXmlReader& reader, std::vector<ZrXmlBasicType>& elements) {
+  const ZrXmlValueText::WordParser<T> parse{};
+  long count = 0;
+  for (std::string_view word = reader.nextContentWord(); !word.empty(); word = reader.nextContentWord()) {
+    ZrXmlBasicType& element = elements.emplace_back();
+    element.setReadFlags();  // what ZrXmlObject::read gives a fresh value
+    parse(word, element.m_theValue);
+    ++count;
+  }
+  return count;
+}
+
+template <class T>
+void ZrXmlBasicType<T>::setValue(const T& value) {
+  m_theValue = value;
+  setSpecified(true);
+}
+
+template <class T>
+bool ZrXmlBasicType<T>::operator==(const ZrXmlBasicType& other) const {
+  return ZrXmlObject::operator==(other) && m_theValue == other.m_theValue;
+}
+
+template <class T>
+ZrXmlBasicType<T> ZrXmlBasicType<T>::nullObject() {
+  return ZrXmlBasicType();
+}
+
+template <class T>
+std::string ZrXmlBasicType<T>::text() const {
+  if constexpr (std::is_same<T, std::string>::value) {
+    return m_theValue;
+  } else {
+    std::ostringstream out;
+    ZrXmlValueText::formatText(out, m_theValue);
+    return out.str();
+  }
+}
+
+template <class T>
+void ZrXmlBasicType<T>::formatValue(std::ostream& out, const T& value) {
+  ZrXmlValueText::formatText(out, value);
+}
 
 extern template class ZrXmlBasicType<bool>;
 extern template class ZrXmlBasicType<char>;

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <type_traits>
 
 class ZrXmlObjectVisitor;
 class ZrXmlReader;
@@ -71,5 +72,24 @@ class ZrXmlObject {
 
   mutable std::uint8_t m_theFlags;
 };
+
+// Whether E declares an operator== of its own, as the library's value and container types do. A
+// compound inherits the one of ZrXmlCompoundType, which compares registrations, not member values.
+template <class E, class = void>
+struct ZrXmlHasOwnEquality : std::false_type {};
+template <class E>
+struct ZrXmlHasOwnEquality<E, std::void_t<decltype(static_cast<bool (E::*)(const E&) const>(&E::operator==))>>
+    : std::true_type {};
+
+// How the container templates compare their elements: by the element type's own ==, or else by
+// equality(), where an application's class compares its members.
+template <class E>
+bool ZrXmlSameValue(const E& one, const E& other) {
+  if constexpr (ZrXmlHasOwnEquality<E>::value) {
+    return one == other;
+  } else {
+    return one.equality(&other);
+  }
+}
 
 #endif

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <string>
+#include <type_traits>
 
 class ZrXmlObject;
 class ZrXmlCompoundType;
@@ -44,6 +45,10 @@ class ZrXmlPairType;
 // calls f(role, element) for each element, read-only, in document order; role is "element" for the
 // entries of vectors and sets, "key" and "value" for each map entry, "first" and "second" for a pair.
 // The element-wise values of a vector of vectors are plain ZrVectors, read through vectorContainer().
+//
+// The overloads name the instantiations compiled into the library. Any other instantiation (a vector of
+// an application's own class, a value of float) has no overload of its own and arrives at its generic
+// entry: containers at visitContainer with their walk, single values at visit(const ZrBaseXmlBasicType*).
 //
 // A visitor that overrides some overloads and calls visit() on itself directly should say
 // `using ZrXmlObjectVisitor::visit;` so that the other overloads stay visible.
@@ -143,5 +148,38 @@ class ZrXmlObjectVisitor {
   // elements, each in ascending token order. Null registrations are passed over.
   void visitComponents(const ZrXmlCompoundType* compound);
 };
+
+// True when ZrXmlObjectVisitor has a visit overload for exactly T; accept() then calls it, and otherwise
+// the generic entry of T's kind.
+template <class T, class = void>
+struct ZrXmlHasOwnVisit : std::false_type {};
+template <class T>
+struct ZrXmlHasOwnVisit<
+    T, std::void_t<decltype(static_cast<void (ZrXmlObjectVisitor::*)(const T*)>(&ZrXmlObjectVisitor::visit))>>
+    : std::true_type {};
+
+// accept() of the container templates: the container's own overload, or visitContainer with the walk.
+template <class Container>
+void ZrXmlAcceptContainer(const Container* container, ZrXmlObjectVisitor* visitor) {
+  if (!visitor) return;
+  if constexpr (ZrXmlHasOwnVisit<Container>::value) {
+    visitor->visit(container);
+  } else {
+    visitor->visitContainer(container, [container](const ZrXmlObjectVisitor::ElementFunction& function) {
+      container->forEachElement(function);
+    });
+  }
+}
+
+// accept() of the single value templates: the value's own overload, or the one for all single values.
+template <class Value>
+void ZrXmlAcceptValue(const Value* value, ZrXmlObjectVisitor* visitor) {
+  if (!visitor) return;
+  if constexpr (ZrXmlHasOwnVisit<Value>::value) {
+    visitor->visit(value);
+  } else {
+    visitor->visit(static_cast<const ZrBaseXmlBasicType*>(value));
+  }
+}
 
 #endif

@@ -51,6 +51,7 @@ ZrXmlReader::ZrXmlReader()
       m_theHttpIncludesAllowed(m_theDefaultHttpIncludesAllowed) {}
 
 ZrXmlReader::ZrXmlReader(const std::string& filename, std::istream& stream) : ZrXmlReader() {
+  becomeReadingReader();  // the file reader may report a fault as it is built
   m_theFileReaders.emplace_back(filename, stream, nullptr);
 }
 
@@ -75,6 +76,7 @@ ZrBoolean ZrXmlReader::enterObject() {
 
 // Included documents are let go from the innermost outwards; their streams go with the last share.
 ZrXmlReader::~ZrXmlReader() {
+  Zr::Print::instance().dropWatcher(this);
   while (!m_theFileReaders.empty()) m_theFileReaders.pop_back();
 }
 
@@ -94,10 +96,26 @@ void ZrXmlReader::applyReadingOptions(ZrXmlFileReader& reader) const {
 }
 
 void ZrXmlReader::open(const std::string& filename, std::istream& stream) {
+  m_theFaultCount = 0;
+  m_theLastFault.clear();
+  becomeReadingReader();
   m_theFileReaders.emplace_back(filename, stream, nullptr);
   applyReadingOptions(*top());
   m_theVersionCheckPending = true;
   m_theVersionFlag = true;
+}
+
+void ZrXmlReader::becomeReadingReader() {
+  Zr::Print& print = Zr::Print::instance();
+  if (print.innermostWatcher() == this) return;
+  print.raiseWatcher(this, [this](int printType, const std::string& message) { noteFault(printType, message); });
+}
+
+void ZrXmlReader::noteFault(int printType, const std::string& message) {
+  const bool fault = printType == Zr::PrintSizeWarning || printType == Zr::PrintError || printType == Zr::PrintPluginError;
+  if (!fault || (!message.empty() && message[0] == '\t')) return;
+  ++m_theFaultCount;
+  m_theLastFault = message;
 }
 
 ZrXmlFileReader* ZrXmlReader::top() { return m_theFileReaders.empty() ? nullptr : &m_theFileReaders.back().reader; }
@@ -108,6 +126,7 @@ const ZrXmlFileReader* ZrXmlReader::top() const {
 
 int ZrXmlReader::readXml() {
   if (m_theFileReaders.empty()) return 0;
+  becomeReadingReader();
   // Each turn consumes an item of some document or closes one, so the loop ends with the input.
   for (;;) {
     top()->readXml();

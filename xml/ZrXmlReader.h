@@ -14,6 +14,16 @@
 class ZrBaseXmlFactory;
 class ZrXmlObject;
 
+// The values readXml() and mode() return: the kind of item the reader stands on.
+namespace ZrXmlMode {
+constexpr int endOfInput = 0;
+constexpr int startTag = 1;
+constexpr int endTag = 2;
+constexpr int emptyElement = 3;  // a start tag that is also its end tag
+constexpr int content = 4;       // content, up to and with its end tag
+constexpr int error = 5;
+}  // namespace ZrXmlMode
+
 // The reader every object reads itself from. It keeps a stack of file readers so that include
 // elements (<ZrInclude type="simple" href="..."/>) pull in other files or HTTP references
 // transparently, checks each document's root "version" attribute once, and owns the factory through
@@ -116,6 +126,18 @@ class ZrXmlReader {
     if (m_theObjectDepth > 0) --m_theObjectDepth;
   }
 
+  // Faults of the document being read: every report that the tokenizer, the reader, included documents,
+  // objects and containers print (print types 3 to 5) while this reader is the one reading is counted,
+  // and the last one's text kept. A report's detail lines printed as messages of their own (beginning
+  // with a tab) belong to it and are not counted again. The reader that is reading is the one built on a
+  // document, opened or advanced last; of several readers alive at once, only that one counts. Reports
+  // printed after the document was read, while no other reader has read since, count here too. open()
+  // clears both. Anything that reports a fault without printing it (or prints it elsewhere) counts it
+  // through noteFault, the one place every counted report goes through.
+  ZrU32 faultCount() const { return m_theFaultCount; }
+  const std::string& lastFault() const { return m_theLastFault; }
+  virtual void noteFault(int printType, const std::string& message);
+
   // The file reader of the document being read (null before open), for tools that show where they
   // stand: its open elements, last end tag, and whether its input has run out.
   const ZrXmlFileReader* currentFileReader() const { return top(); }
@@ -137,6 +159,8 @@ class ZrXmlReader {
   bool mayOpenInclude(const std::string& host, const std::string& fullName);
   void pushInclude(const std::string& host, const std::string& fullName);
   void includeError(const char* what, const std::string& name);
+  // Makes this reader the one whose faults the print facility reports to.
+  void becomeReadingReader();
 
   std::deque<OpenDocument> m_theFileReaders;  // bottom: the opened document; top: answers every query
   bool m_theVersionCheckPending;
@@ -152,6 +176,8 @@ class ZrXmlReader {
   bool m_theStrict = ZrXmlFileReader::defaultStrict();
   ZrU32 m_theObjectDepth = 0;
   ZrU32 m_theMaxObjectDepth = m_theDefaultMaxObjectDepth;
+  ZrU32 m_theFaultCount = 0;
+  std::string m_theLastFault;
 
   static bool m_theDefaultHttpIncludesAllowed;
 };

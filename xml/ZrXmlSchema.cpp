@@ -50,7 +50,8 @@ bool hasLocalName(const ZrToken& token, const ZrToken& name) { return token.toke
 }  // namespace
 
 ZrXmlSchema::ZrXmlSchema()
-    : m_theIgnoredDepth(0), m_theDepthReported(false), m_theRegistrations(0), m_theOrderReported(false) {}
+    : m_theIgnoredDepth(0), m_theDepthReported(false), m_theRegistrations(0),
+      m_thePortableSchemaFileNames(ZrXmlWriter::defaultPortableSchemaFileNames()) {}
 
 ZrXmlSchema::ZrXmlSchema(const ZrXmlSchema&) = default;
 
@@ -281,19 +282,11 @@ bool ZrXmlSchema::attach(const ZrXmlSchemaElement& element, int option, bool str
     type.addElement(element);
     return false;
   }
-  // Repeated within one parent: written again after a sibling, the element leaves the sequence's order.
-  if (index + 1 != type.elements().size()) reportOrder(element.token());
+  // Repeated within one parent: written again after a sibling, the element leaves the sequence's order,
+  // and the parent's children are described as a choice repeated any number of times.
+  if (index + 1 != type.elements().size()) type.makeUnordered();
   type.addElement(element);
   return !merge(type.element(index).type(), element.type());
-}
-
-void ZrXmlSchema::reportOrder(const ZrToken& token) {
-  if (m_theOrderReported) return;
-  m_theOrderReported = true;
-  Zr::Print::instance().write(Zr::PrintError,
-                              "ZrXmlSchema Warning: element %s is written in more than one order among its "
-                              "siblings; its description keeps the first order.\n",
-                              token.namespaceAndToken().c_str());
 }
 
 // Merging never makes records, so references into the generator's vectors stay valid. It recurses once
@@ -343,6 +336,7 @@ bool ZrXmlSchema::mergeComplexTypes(int knownIndex, int incomingIndex) {
       known.addAttribute(attribute.name())->type() = attribute.type();
   }
   if (incoming.value().isSimple()) widenValue(known, incoming.value());
+  if (incoming.unordered()) known.makeUnordered();
   bool adopted = false;
   if (known.choiceGroup() < 0 && incoming.choiceGroup() >= 0) {
     known.setChoiceGroup(incoming.choiceGroup());
@@ -366,7 +360,7 @@ void ZrXmlSchema::mergeElements(ZrXmlSchemaComplexType& known, const ZrXmlSchema
       adopted = adopted || element.type().kind() == ZrXmlSchemaElementType::COMPLEX;
       continue;
     }
-    if (index < position) reportOrder(element.token());
+    if (index < position) known.makeUnordered();
     position = std::max(position, index + 1);
     ZrXmlSchemaElement& same = known.element(index);
     const bool unbounded = same.maxOccurs() == ZrXmlSchemaElement::m_theUnbounded ||
@@ -556,7 +550,7 @@ std::string ZrXmlSchema::fileText(const std::string& xmlNamespace, const std::st
   for (const std::string& imported : file.imports()) {
     text << "  <xs:import";
     if (!imported.empty()) text << " namespace=\"" << escaped(imported) << "\"";
-    text << " schemaLocation=\"" << escaped(ZrXmlWriter::schemaFileName(filename, imported)) << "\"/>\n";
+    text << " schemaLocation=\"" << escaped(ZrXmlWriter::schemaFileName(filename, imported, m_thePortableSchemaFileNames)) << "\"/>\n";
   }
   text << body.str() << "</xs:schema>\n";
   return text.str();
@@ -580,7 +574,7 @@ ZrBoolean ZrXmlSchema::write(std::string filename) {
   const std::string directory = slash == std::string::npos ? std::string() : filename.substr(0, slash + 1);
   ZrBoolean result = true;
   for (const std::string& xmlNamespace : all) {
-    const std::string path = directory + ZrXmlWriter::schemaFileName(filename, xmlNamespace);
+    const std::string path = directory + ZrXmlWriter::schemaFileName(filename, xmlNamespace, m_thePortableSchemaFileNames);
     std::ofstream out(path.c_str(), std::ios::out | std::ios::binary | std::ios::trunc);
     out << fileText(xmlNamespace, filename, globals, prefixes);
     out.close();

@@ -56,8 +56,10 @@
 //   - a merged element's own records are released, so that writing a long container describes it in
 //     the room of one element.
 // Named types (registered classes) are never merged: the first description of an element stays. A
-// child that one description places before a sibling and another after it cannot be described by one
-// sequence; the first order is kept and a warning says so once.
+// child that one description places before a sibling and another after it (the children of a
+// polymorphic list: photoEye, diverter, photoEye) cannot be described by one sequence: the parent's
+// children are then described as a choice repeated any number of times, which admits them in any
+// order (and no longer requires any of them).
 //
 // Bad call sequences never crash: an end tag without a start tag and a value outside any element are
 // reported; nesting deeper than m_theMaxDepth is reported once and not described (isRegistered then
@@ -67,6 +69,11 @@ class ZrXmlSchema {
   static const ZrU32 m_theMaxDepth = 256;
 
   ZrXmlSchema();
+
+  // Whether the files and their imports are named by the portable schema file names of
+  // ZrXmlWriter::schemaFileName; new generators take ZrXmlWriter's class default.
+  void setPortableSchemaFileNames(bool portable) { m_thePortableSchemaFileNames = portable; }
+  bool portableSchemaFileNames() const { return m_thePortableSchemaFileNames; }
   ZrXmlSchema(const ZrXmlSchema& other);
   ZrXmlSchema& operator=(const ZrXmlSchema& other);
   virtual ~ZrXmlSchema();
@@ -128,7 +135,6 @@ class ZrXmlSchema {
   // Returns whether the element's description went into one of the same name given before.
   bool attach(const ZrXmlSchemaElement& element, int option, bool structural);
   void releaseRecordsOf(const Frame& frame);
-  void reportOrder(const ZrToken& token);
   bool merge(ZrXmlSchemaElementType& known, const ZrXmlSchemaElementType& incoming);
   bool mergeComplexTypes(int known, int incoming);
   void mergeElements(ZrXmlSchemaComplexType& known, const ZrXmlSchemaComplexType& incoming, bool& adopted);
@@ -152,9 +158,9 @@ class ZrXmlSchema {
   Globals m_theRootElements;
   std::map<std::string, int> m_theRegistry;  // "namespace#type name" -> complex type
   ZrU32 m_theRegistrations;                  // types ever registered
-  bool m_theOrderReported;
   std::map<std::string, std::set<std::string>> m_theTypeNames;   // per namespace: names of types
   std::map<std::string, std::set<std::string>> m_theGroupNames;  // per namespace: names of groups
+  bool m_thePortableSchemaFileNames;
 };
 
 #endif

@@ -78,13 +78,13 @@ void ZrXmlSchemaComplexType::writeContent(std::ostream& out, ZrXmlSchemaFile& fi
         << "\">\n";
     attributeIndent = indent + "    ";
   } else if (hasChildren) {
-    out << indent << "<xs:sequence>\n";
+    out << indent << (m_theUnordered ? "<xs:choice minOccurs=\"0\" maxOccurs=\"unbounded\">\n" : "<xs:sequence>\n");
     for (const ZrXmlSchemaElement& element : m_theElements) element.write(out, file, indent + "  ", schema);
     const ZrXmlSchemaGroupType* group = schema.group(m_theChoiceGroup);
     if (group)
       out << indent << "  <xs:group ref=\"" << file.qualified(group->xmlNamespace(), group->name())
           << "\" minOccurs=\"0\" maxOccurs=\"unbounded\"/>\n";
-    out << indent << "</xs:sequence>\n";
+    out << indent << (m_theUnordered ? "</xs:choice>\n" : "</xs:sequence>\n");
   }
   for (const ZrXmlSchemaAttributeType& attribute : m_theAttributes) attribute.write(out, attributeIndent);
   if (attributeIndent != indent) out << indent << "  </xs:extension>\n" << indent << "</xs:simpleContent>\n";

@@ -43,6 +43,11 @@ class ZrXmlSchemaComplexType {
   // Places a child at a position of the sequence, without the checks of addElement.
   void insertElement(size_t position, const ZrXmlSchemaElement& element);
 
+  // The children were seen in more than one order: they are written as a choice repeated any number
+  // of times instead of a sequence.
+  void makeUnordered() { m_theUnordered = true; }
+  bool unordered() const { return m_theUnordered; }
+
   void setChoiceGroup(int group) { m_theChoiceGroup = group; }
   int choiceGroup() const { return m_theChoiceGroup; }
   void setValue(const ZrXmlSchemaElementType& value) { m_theValue = value; }
@@ -67,6 +72,7 @@ class ZrXmlSchemaComplexType {
   int m_theChoiceGroup;
   ZrXmlSchemaElementType m_theValue;
   bool m_theUsed;
+  bool m_theUnordered = false;
 };
 
 #endif

@@ -1,11 +1,19 @@
 #ifndef ZR_XML_SET_TYPE_H
 #define ZR_XML_SET_TYPE_H
 
+#include <ZrPrint.h>
 #include <ZrXmlBasicType.h>
 #include <ZrXmlObject.h>
 #include <ZrXmlObjectVisitor.h>
+#include <ZrXmlReader.h>
+#include <ZrXmlSchema.h>
+#include <ZrXmlSchemaElementType.h>
+#include <ZrXmlVectorType.h>
+#include <ZrXmlWriter.h>
 
+#include <algorithm>
 #include <set>
+#include <type_traits>
 
 // A sorted set of XML objects without duplicates, in the document laid out like a vector: the
 // element count in "size", single values as the words of one "group" child, other elements as one
@@ -14,10 +22,18 @@
 // Each element read is inserted by copy, so a duplicate is dropped silently but still counted: the
 // count compared with "size" is the number of elements in the document, not in the set.
 //
-// The members are defined in the library for B<unsigned int> (B<T> = ZrXmlBasicType<T>).
+// The members are compiled into the library (and declared extern below) for B<unsigned int>
+// (B<T> = ZrXmlBasicType<T>); any other element type that is a ZrXmlObject with < instantiates from this
+// header.
 template <class E>
 class ZrXmlSetType : public ZrXmlObject {
  public:
+  static_assert(std::is_base_of<ZrXmlObject, E>::value,
+                "ZrXmlSetType<E>: the element type E must derive from ZrXmlObject (a value, container or compound class)");
+  static_assert(std::is_default_constructible<E>::value && std::is_copy_assignable<E>::value,
+                "ZrXmlSetType<E>: the element type E must be default constructible and copyable (reading makes new "
+                "elements; a class that derives from ZrXmlObject must override clone, newObject, equality and token)");
+
   typedef E ElementType;
   typedef std::set<E> SetContainer;
 
@@ -47,7 +63,10 @@ class ZrXmlSetType : public ZrXmlObject {
   bool empty() const { return m_theElements.empty(); }
   void clear() { m_theElements.clear(); }
 
-  bool operator==(const ZrXmlSetType& other) const { return m_theElements == other.m_theElements; }
+  bool operator==(const ZrXmlSetType& other) const {
+    return std::equal(m_theElements.begin(), m_theElements.end(), other.m_theElements.begin(), other.m_theElements.end(),
+                      ZrXmlSameValue<E>);
+  }
   bool operator!=(const ZrXmlSetType& other) const { return !(*this == other); }
 
   // Read-only walk for visitors: "element" with each element in ascending order.
@@ -60,6 +79,120 @@ class ZrXmlSetType : public ZrXmlObject {
 
   SetContainer m_theElements;
 };
+
+// Member definitions: any element type instantiates them; the types listed above are compiled into
+// the library and declared extern below, so their users do not compile them again.
+
+template <class E>
+ZrXmlSetType<E>::ZrXmlSetType() = default;
+
+template <class E>
+ZrXmlSetType<E>::ZrXmlSetType(const SetContainer& elements) : m_theElements(elements) {}
+
+template <class E>
+ZrXmlSetType<E>::ZrXmlSetType(const ZrXmlSetType& other) : ZrXmlObject(other), m_theElements(other.m_theElements) {}
+
+template <class E>
+ZrXmlSetType<E>& ZrXmlSetType<E>::operator=(const ZrXmlSetType& other) {
+  ZrXmlObject::operator=(other);
+  m_theElements = other.m_theElements;
+  return *this;
+}
+
+template <class E>
+ZrXmlSetType<E>::~ZrXmlSetType() = default;
+
+template <class E>
+void ZrXmlSetType<E>::accept(ZrXmlObjectVisitor* visitor) const {
+  ZrXmlAcceptContainer(this, visitor);
+}
+
+template <class E>
+ZrXmlObject* ZrXmlSetType<E>::clone() const {
+  return new ZrXmlSetType(*this);
+}
+
+// Like the vector's reading, with one reusable element whose copies are inserted.
+template <class E>
+ZrBoolean ZrXmlSetType<E>::read(ZrXmlReader& reader) {
+  const ZrBoolean result = ZrXmlObject::read(reader);
+  if (!result) return result;
+  m_theElements.clear();
+  const long size = ZrXmlContainerLayout::sizeAttribute(reader);
+  if (reader.mode() == ZrXmlMode::emptyElement) return true;
+  E element;
+  const bool singleValues = element.isBasicType();
+  long count = 0;
+  for (int mode = reader.readXml(); mode == ZrXmlMode::startTag || mode == ZrXmlMode::emptyElement; mode = reader.readXml()) {
+    if (singleValues && reader.element().tokenText() == ZrXml::ZrGroupToken.tokenText()) {
+      readGroup(reader, element, count);
+    } else {
+      element.read(reader);
+      m_theElements.insert(element);
+      ++count;
+    }
+  }
+  if (count != size)
+    Zr::Print::instance().ostream(Zr::PrintSizeWarning, __PRETTY_FUNCTION__)
+        << "ZrXmlSetType Error: " << "set size not equal to attribute value -- " << size << ", actual -- " << count
+        << "\nFilename: " << reader.filename() << ", Line count: " << reader.lineCountOfFile() << '\n';
+  return result;
+}
+
+template <class E>
+void ZrXmlSetType<E>::readGroup(ZrXmlReader& reader, E& element, long& count) {
+  if (!ZrXmlContainerLayout::enterGroupContent(reader, "ZrXmlSetType")) return;
+  while (reader.isContentAvailable()) {
+    element.read(reader);
+    m_theElements.insert(element);
+    ++count;
+  }
+  reader.setContentVectorFlag(false);
+}
+
+template <class E>
+ZrBoolean ZrXmlSetType<E>::write(ZrXmlWriter& writer) const {
+  const ZrBoolean result = ZrXmlObject::write(writer);
+  writer.setAttributeName(ZrXml::ZrCountToken);
+  ZrXmlBasicType<unsigned int>(size()).write(writer);
+  bool groupOpen = false;
+  for (const E& element : m_theElements) ZrXmlContainerLayout::writeElement(writer, element, groupOpen);
+  if (groupOpen) writer.writeEndTag();
+  return result;
+}
+
+template <class E>
+ZrBoolean ZrXmlSetType<E>::writeSchema(ZrXmlSchema& schema) const {
+  const ZrBoolean result = ZrXmlObject::writeSchema(schema);
+  ZrXmlContainerLayout::writeSchemaLayout(schema, E());
+  return result;
+}
+
+template <class E>
+ZrBoolean ZrXmlSetType<E>::equality(const ZrXmlObject* other) const {
+  const ZrXmlSetType* set = dynamic_cast<const ZrXmlSetType*>(other);
+  return set != nullptr && *this == *set;
+}
+
+template <class E>
+ZrXmlObject* ZrXmlSetType<E>::newObject() const {
+  return new ZrXmlSetType();
+}
+
+template <class E>
+ZrToken ZrXmlSetType<E>::token() const {
+  return ZrXml::ZrSetTypeToken;
+}
+
+template <class E>
+void ZrXmlSetType<E>::forEachElement(const ZrXmlObjectVisitor::ElementFunction& function) const {
+  for (const E& element : m_theElements) function(ZrXml::ZrElementToken, element);
+}
+
+template <class E>
+ZrXmlSetType<E> ZrXmlSetType<E>::nullObject() {
+  return ZrXmlSetType();
+}
 
 extern template class ZrXmlSetType<ZrXmlBasicType<unsigned int>>;
 

@@ -29,6 +29,19 @@ std::string afterLastSlash(const std::string& text) {
   return slash == std::string::npos ? text : text.substr(slash + 1);
 }
 
+// The namespace's last segment (after "/" or ":") with every character that is not safe in a file name
+// and a relative reference replaced by "_".
+std::string portableNamespacePart(const std::string& xmlNamespace) {
+  const size_t separator = xmlNamespace.find_last_of("/:");
+  std::string part = separator == std::string::npos ? xmlNamespace : xmlNamespace.substr(separator + 1);
+  for (char& c : part) {
+    const bool safe = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '.' ||
+                      c == '-' || c == '_';
+    if (!safe) c = '_';
+  }
+  return part;
+}
+
 bool isNameStartByte(unsigned char c) {
   return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c >= 0x80;
 }
@@ -123,6 +136,7 @@ struct ZrXmlWriter::ClassDefaults {
   std::string m_theSchemaInstance;
   std::string m_theSchemaLocation;
   bool m_theWriteSchema = false;
+  bool m_thePortableSchemaFileNames = false;
   bool m_theWriteDefaultDataFlag = true;
   bool m_theNamespaceComplete = false;
   bool m_theLosslessReals = false;
@@ -524,11 +538,21 @@ void ZrXmlWriter::setNumOfContentColumns(unsigned columns) { m_theNumOfContentCo
 // ---- document header ----
 
 std::string ZrXmlWriter::schemaFileName(const std::string& filename, const std::string& schemaNamespace) {
+  return schemaFileName(filename, schemaNamespace, classDefaults().m_thePortableSchemaFileNames);
+}
+
+std::string ZrXmlWriter::schemaFileName(const std::string& filename, const std::string& schemaNamespace,
+                                        bool portable) {
   std::string base = filename.substr(0, filename.rfind('.'));
   size_t separator = base.find_last_of("\\/");
   if (separator != std::string::npos) base.erase(0, separator + 1);
   base = afterLastSlash(base);
-  return base + "." + afterLastSlash(schemaNamespace) + ".xsd";
+  return base + "." + (portable ? portableNamespacePart(schemaNamespace) : afterLastSlash(schemaNamespace)) + ".xsd";
+}
+
+bool ZrXmlWriter::defaultPortableSchemaFileNames() { return classDefaults().m_thePortableSchemaFileNames; }
+void ZrXmlWriter::setDefaultPortableSchemaFileNames(bool portable) {
+  classDefaults().m_thePortableSchemaFileNames = portable;
 }
 
 const char* ZrXmlWriter::schemaInstanceUri() { return theSchemaInstanceUri; }
@@ -565,7 +589,7 @@ void ZrXmlWriter::header(const ZrToken& root, const std::string& schemaNamespace
   put("\"\n  xsi:schemaLocation=\"");
   put(schemaNamespace);
   put("\n  ");
-  put(schemaFileName(m_theFilename, schemaNamespace));
+  put(schemaFileName(m_theFilename, schemaNamespace, portableSchemaFileNames()));
   put("\"");
 
   // The root's start tag stays open: its attributes and children follow, one writeEndTag closes it.

@@ -165,8 +165,21 @@ class ZrXmlWriter {
   // The formatting stream of the value templates: a value is inserted, its text taken, the stream emptied.
   std::ostringstream& valueStream() { return m_theValueStream; }
 
-  // The schema file name that header() pairs with the namespace in xsi:schemaLocation.
+  // The schema file name that header() pairs with the namespace in xsi:schemaLocation: the file name
+  // without its extension and directory, ".", the namespace's text after its last "/", ".xsd"
+  // (robot.xml with .../cr gives robot.cr.xsd). With portable names (off by default) the namespace
+  // part is its text after the last "/" or ":", each character other than a letter, digit, ".", "-"
+  // or "_" replaced by "_": a URN namespace such as urn:x gives robot.x.xsd instead of robot.urn:x.xsd,
+  // which a schema location would read as a reference with the scheme "robot.urn". The two-argument
+  // form follows the class-wide default.
   static std::string schemaFileName(const std::string& filename, const std::string& schemaNamespace);
+  static std::string schemaFileName(const std::string& filename, const std::string& schemaNamespace, bool portable);
+  // Whether this writer's header and its schema generator use portable schema file names; the class
+  // default is what new writers and generators start with (off).
+  void setPortableSchemaFileNames(bool portable) { m_theSchema.setPortableSchemaFileNames(portable); }
+  bool portableSchemaFileNames() const { return m_theSchema.portableSchemaFileNames(); }
+  static bool defaultPortableSchemaFileNames();
+  static void setDefaultPortableSchemaFileNames(bool portable);
 
   // The XML Schema-instance namespace, declared with the prefix "xsi".
   static const char* schemaInstanceUri();

@@ -18,7 +18,7 @@ const int startTagMode = 1;
 const int emptyElementMode = 3;
 }  // namespace
 
-ZrBoolean ZrFormulaDocument::read(std::istream& in, const std::string& filename, ZrFormula& formula) {
+ZrBoolean ZrFormulaDocument::read(std::istream& in, const std::string& filename, ZrFormula& formula, ZrU32* faultCount) {
   ZrXmlReader reader(filename, in);
   const int mode = reader.readXml();
   const ZrToken root = ZrFormula::rootToken();
@@ -27,16 +27,18 @@ ZrBoolean ZrFormulaDocument::read(std::istream& in, const std::string& filename,
                                 root.c_str(), filename.c_str());
     return false;
   }
-  return formula.read(reader);
+  const ZrBoolean result = formula.read(reader);
+  if (faultCount) *faultCount = reader.faultCount();
+  return result;
 }
 
-ZrBoolean ZrFormulaDocument::readFile(const std::string& filename, ZrFormula& formula) {
+ZrBoolean ZrFormulaDocument::readFile(const std::string& filename, ZrFormula& formula, ZrU32* faultCount) {
   std::ifstream in(filename.c_str(), std::ios::in | std::ios::binary);
   if (!in) {
     Zr::Print::instance().write(Zr::PrintError, "ZrFormulaDocument Error: cannot open %s.\n", filename.c_str());
     return false;
   }
-  return read(in, filename, formula);
+  return read(in, filename, formula, faultCount);
 }
 
 ZrBoolean ZrFormulaDocument::write(const ZrFormula& formula, std::ostream& out, const std::string& filename) {
@@ -52,8 +54,9 @@ std::string ZrFormulaDocument::samplePath() { return ZR_FORMULA_SAMPLE; }
 
 int ZrFormulaDocument::demo(const std::string& filename, const ZrTerm::Bindings& bindings, std::ostream& out) {
   ZrFormula formula;
-  if (!readFile(filename.empty() ? samplePath() : filename, formula)) return 1;
+  ZrU32 faults = 0;
+  if (!readFile(filename.empty() ? samplePath() : filename, formula, &faults)) return 1;
   const double value = formula.evaluate(bindings);
   out << "formula: " << formula.text() << "\nvalue: " << value << '\n';
-  return std::isnan(value) || !out.good() ? 1 : 0;
+  return std::isnan(value) || !out.good() || faults != 0 ? 1 : 0;
 }

@@ -11,6 +11,7 @@ if(TARGET zrxml)
                check ${samples}/robotCellFaulty.xml)
   zr_tool_test(checkMissingFile 2 "nothere.xml: cannot be opened" check ${samples}/robotCell.xml ${samples}/nothere.xml)
   zr_tool_test(eventsSample 0 "line 26: 3 empty element x=\"0.5\" y=\"0\" z=\"1.2\"" events ${samples}/robotCell.xml)
+  zr_tool_test(checkDirectory 2 "cannot be opened" check ${samples})
   zr_tool_test(unknownCommand 64 "unknown command" frobnicate)
   # The toolkit's form by default; the written-form options change the root's declarations and the reals.
   zr_tool_test(demoWritesTheToolkitForm 0 "<robotCell xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\"\n"
@@ -21,8 +22,23 @@ if(TARGET zrxml)
 cmp - '${CMAKE_CURRENT_SOURCE_DIR}/data/robotCellWritten.xml'")
   zr_tool_test(demoWritesNamespaceComplete 0 "<robotCell xmlns=\"http://www.zrtoolkit.org/namespace/cell\" xmlns:xsi="
                demo --namespace-complete --lossless-reals ${samples}/robotCell.xml)
+  zr_tool_test(commandHelp 0 "usage: zrxml check \\[--strict\\] \\[--schema XSD\\] FILE" check --help)
   # Include elements are followed: the included documents' events appear in place, named by their file.
   zr_tool_test(checkFollowsIncludes 0 "plant.xml: ok, 21 events, 9 lines, 0 faults" check ${samples}/plant.xml)
   zr_tool_test(eventsNameIncludedFiles 0 "plantLineB.xml line 3: 1 start station name=\"weld\" serial=\"21\""
                events ${samples}/plant.xml)
+  # Validation against the written schema: the sample is valid; a wrong value and an unknown element are
+  # two violations, each named with file and line.
+  if(ZR_ZRXML_SCHEMA_CHECK)
+    function(zr_schema_check_test name document expected regex)
+      add_test(NAME zrxml.${name}
+               COMMAND ${CMAKE_COMMAND} -DTOOL=$<TARGET_FILE:zrxml> -DDIR=${CMAKE_CURRENT_BINARY_DIR}/${name}
+                       -DSCHEMA=robotCell.cell.xsd -DDOCUMENT=${document} -DEXPECTED=${expected}
+                       "-DOUTPUT_REGEX=${regex}" ${ARGN} -P ${PROJECT_SOURCE_DIR}/tools/expectSchemaCheck.cmake)
+    endfunction()
+    zr_schema_check_test(checkSchemaValid ${samples}/robotCell.xml 0 "robotCell.xml: ok, .*, 0 schema violations")
+    zr_schema_check_test(checkSchemaInvalid ${CMAKE_CURRENT_SOURCE_DIR}/data/robotCellInvalid.xml 1
+                         "robotCellInvalid.xml: NOT valid, .*, 2 schema violations"
+                         "-DERROR_REGEX=robotCellInvalid.xml[^L]*Line: 11.*robotCellInvalid.xml[^L]*Line: 13")
+  endif()
 endif()
