@@ -24,6 +24,7 @@
 // Counters: bytes_per_second (document bytes), items_per_second (numbers or points), doc_bytes.
 // bench/ratios.py turns a JSON run into the table of our time over each peer's.
 #include <ZrXmlCompoundType.h>
+#include <ZrXmlFileReader.h>
 #include <ZrXmlReader.h>
 #include <ZrXmlVectorType.h>
 #include <ZrXmlVectorVector.h>
@@ -268,16 +269,29 @@ struct Ours {
   }
 };
 
-// Ours with lossless reals: the shortest text that reads back to each double instead of six digits.
-struct OursLossless : Ours {
+// Ours with a written form switched on through its class default: lossless reals (the shortest text that
+// reads back to each double instead of six digits), or markup-safe text (every value searched for markup
+// characters, read back with reference expansion).
+void noReadingDefault(bool) {}
+
+template <void (*setDefault)(bool), void (*setReadingDefault)(bool) = &noReadingDefault>
+struct OursWithForm : Ours {
   template <class Object>
   static std::string write(const Object& object) {
-    ZrXmlWriter::setDefaultLosslessReals(true);
+    setDefault(true);
     std::string text = Ours::write(object);
-    ZrXmlWriter::setDefaultLosslessReals(false);
+    setDefault(false);
     return text;
   }
+  template <class Object>
+  static void read(const std::string& text, Object& object) {
+    setReadingDefault(true);
+    Ours::read(text, object);
+    setReadingDefault(false);
+  }
 };
+using OursLossless = OursWithForm<&ZrXmlWriter::setDefaultLosslessReals>;
+using OursMarkupSafe = OursWithForm<&ZrXmlWriter::setDefaultEscapeMarkup, &ZrXmlFileReader::setDefaultExpandReferences>;
 
 // The peers keep their numbers in standard containers.
 struct StandardContainers {
@@ -494,6 +508,7 @@ int main(int argc, char** argv) {
   registerLibrary<Ours>("zrXml");
   registerRecords<Ours>("zrXml");
   registerLibrary<OursLossless>("zrXmlLossless");
+  registerLibrary<OursMarkupSafe>("zrXmlMarkupSafe");
 #ifdef ZR_BENCH_HAVE_PUGIXML
   registerLibrary<Pugixml>("pugixml");
 #endif

@@ -139,20 +139,26 @@ void assignName(ZrToken& token, std::string_view text) {
 
 // The quote a tag's text leaves open (0 for none), given the one open before it. Runs of sixteen bytes
 // without an apostrophe, outside a value in single quotes, are settled by the parity of their double
-// quotes where the processor allows; the rest goes character by character.
-char quoteAfter(std::string_view text, char quote) {
+// quotes where the processor allows; the rest goes character by character. The same pass notes whether
+// the text holds a '<' or a control character, which the strict checks then look at again.
+char quoteAfter(std::string_view text, char quote, bool& suspect) {
   std::size_t at = 0;
 #ifdef __SSE2__
-  const __m128i doubleQuote = _mm_set1_epi8('"'), apostrophe = _mm_set1_epi8('\'');
+  const __m128i doubleQuote = _mm_set1_epi8('"'), apostrophe = _mm_set1_epi8('\''), less = _mm_set1_epi8('<'),
+                control = _mm_set1_epi8(0x1F);
+  __m128i odd = _mm_setzero_si128();
   for (; at + 16 <= text.size() && quote != '\''; at += 16) {
     const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
     if (_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, apostrophe)) != 0) break;
+    odd = _mm_or_si128(odd, _mm_or_si128(_mm_cmpeq_epi8(bytes, less), _mm_cmpeq_epi8(_mm_min_epu8(bytes, control), bytes)));
     const int doubles = _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, doubleQuote));
     if (__builtin_popcount(static_cast<unsigned>(doubles)) & 1) quote = quote ? 0 : '"';
   }
+  if (_mm_movemask_epi8(odd) != 0) suspect = true;
 #endif
   for (; at < text.size(); ++at) {
     const char c = text[at];
+    if (c == '<' || static_cast<unsigned char>(c) < 0x20) suspect = true;
     if (quote ? c == quote : (c == '"' || c == '\'')) quote = quote ? 0 : c;
   }
   return quote;
@@ -442,8 +448,13 @@ void ZrXmlFileReader::warnMessage(const char* what) const {
 // the bytes it stands for. A reference that cannot be expanded is reported and its '&' is kept as
 // text, so nothing of the document is lost.
 void ZrXmlFileReader::expandReferencesIn(std::string& text) const {
-  std::size_t at = text.find('&');
-  if (at == std::string::npos) return;
+  std::size_t at = 0;
+  if (text.size() < 32) {  // values are mostly short: a plain loop costs less than a call of memchr
+    while (at < text.size() && text[at] != '&') ++at;
+    if (at == text.size()) return;
+  } else if ((at = text.find('&')) == std::string::npos) {
+    return;
+  }
   std::size_t out = at;
   while (at < text.size()) {
     if (text[at] != '&') {
@@ -677,7 +688,7 @@ int ZrXmlFileReader::nextEvent() {
     const bool atDocumentStart = !m_theMarkupSeen && text.empty();
     m_theMarkupSeen = true;
     consumeTo(open + 1);
-    if (m_theChecker) m_theChecker->checkText(text);
+    if (m_theChecker && !text.empty()) m_theChecker->checkText(text);
     if (!isAllWhite(text)) {
       if (m_theMode == 1) {
         // The content is trimmed when it ends, so its leading white space is never stored.
@@ -734,6 +745,7 @@ int ZrXmlFileReader::nextEvent() {
 // processing instruction before its '?' or a document type declaration's quoted strings or internal
 // subset does not end the markup. Each character is looked at once, however many '>' it holds.
 std::size_t ZrXmlFileReader::strictTagEnd(std::size_t close) {
+  m_theTagSuspect = false;
   char quote = 0;
   bool inSubset = false;
   bool inComment = false;
@@ -741,8 +753,10 @@ std::size_t ZrXmlFileReader::strictTagEnd(std::size_t close) {
   for (;;) {
     const std::string_view markup(m_theReadBuffer.data() + m_theReadIndex, close - m_theReadIndex);
     bool ends;
-    if (markup.empty() || (markup[0] != '!' && markup[0] != '?')) {
-      quote = quoteAfter(markup.substr(scanned), quote);  // a tag: only its quotes matter
+    if (!markup.empty() && markup[0] == '/') {
+      ends = true;  // an end tag holds no value
+    } else if (markup.empty() || (markup[0] != '!' && markup[0] != '?')) {
+      quote = quoteAfter(markup.substr(scanned), quote, m_theTagSuspect);  // a tag: only its quotes matter
       ends = !quote;
     } else if (startsWith(markup, "!--")) {
       ends = markup.size() >= 5 && endsWith(markup, "--");
@@ -753,6 +767,7 @@ std::size_t ZrXmlFileReader::strictTagEnd(std::size_t close) {
     } else {
       // A document type declaration, or other markup read by the same rules: quoted strings, and for a
       // document type its internal subset with the comments in it.
+      m_theTagSuspect = true;  // not scanned for the checks: they look for themselves
       for (std::size_t at = scanned; at < markup.size(); ++at) {
         const char c = markup[at];
         if (inComment) inComment = !(c == '>' && at >= 2 && markup[at - 1] == '-' && markup[at - 2] == '-');
@@ -972,7 +987,7 @@ bool ZrXmlFileReader::parseStartTag(std::string_view text) {
 
   assignName(m_theElementStack.back().element, name);
   m_theNumOfAttributes = static_cast<ZrU32>(m_theAttributes.size());
-  if (m_theChecker) m_theChecker->checkStartTag(text, name, m_theElementStack.size());
+  if (m_theChecker) m_theChecker->checkStartTag(text, name, m_theElementStack.size(), m_theTagSuspect);
   return true;
 }
 

@@ -262,6 +262,7 @@ class ZrXmlFileReader {
   bool m_theMarkupSeen;           // a '<' was read: an XML declaration can no longer come
   std::unique_ptr<ZrXmlWellFormednessChecker> m_theChecker;  // in strict mode only
   std::string m_theScratch;       // passed-over text whose references strict mode checks
+  bool m_theTagSuspect = true;    // the tag read last may hold '<' or a control character
 
   static std::size_t m_theMaxTokenSize;
   static bool m_theDefaultExpandReferences;

@@ -20,14 +20,15 @@ bool isWhite(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
 // Name characters of ASCII as XML defines them; every byte above 127 is taken as a name character (the
 // checker does not decode the document's encoding).
-enum NameClass : unsigned char { NameStart = 1, NamePart = 2 };
+enum NameClass : unsigned char { NameStart = 1, NamePart = 2, Colon = 4 };
 
 constexpr std::array<unsigned char, 256> makeNameTable() {
   std::array<unsigned char, 256> table{};
   for (int c = 0; c < 256; ++c) {
     const bool start = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' || c >= 0x80;
     const bool part = start || (c >= '0' && c <= '9') || c == '-' || c == '.';
-    table[static_cast<std::size_t>(c)] = static_cast<unsigned char>((start ? NameStart : 0) | (part ? NamePart : 0));
+    table[static_cast<std::size_t>(c)] =
+        static_cast<unsigned char>((start ? NameStart : 0) | (part ? NamePart : 0) | (c == ':' ? Colon : 0));
   }
   return table;
 }
@@ -79,7 +80,18 @@ std::string_view takeUntil(std::string_view& text, char stop) {
 
 // One pass over a name: whether it is a qualified name (a name with at most one ':', which has a name on
 // both sides), and the position of its ':' (npos for none).
-std::size_t scanQualifiedName(std::string_view text, bool& valid) {
+inline std::size_t scanQualifiedName(std::string_view text, bool& valid) {
+  // Most names have no ':': one pass over their classes settles them without a branch per byte.
+  unsigned char all = NamePart, any = 0;
+  for (char c : text) {
+    const unsigned char byteClass = theNameTable[static_cast<unsigned char>(c)];
+    all &= byteClass;
+    any |= byteClass;
+  }
+  if (!(any & Colon)) {
+    valid = !text.empty() && (all & NamePart) && isNameStartByte(static_cast<unsigned char>(text[0]));
+    return std::string_view::npos;
+  }
   std::size_t colon = std::string_view::npos;
   valid = !text.empty() && isNameStartByte(static_cast<unsigned char>(text[0])) && text[0] != ':';
   for (std::size_t at = 0; at < text.size(); ++at) {
@@ -225,16 +237,17 @@ void ZrXmlWellFormednessChecker::addAttribute(std::string_view name, std::string
   m_theAttributes.emplace_back(name, value);
 }
 
-void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::string_view name, std::size_t depth) {
+void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::string_view name, std::size_t depth,
+                                               bool suspect) {
   if (depth == 1) {
     if (m_theRootSeen) report("More than one root element: " + std::string(name));
     m_theRootSeen = true;
   }
   // One pass over the tag for forbidden characters and for '<', which can only stand in a value; a tag
   // that holds either is looked at again, the rare case.
-  const std::size_t suspect = findForbiddenByte(tag, '<');
-  const bool lessInValue = suspect != std::string_view::npos && tag.find('<', suspect) != std::string_view::npos;
-  if (suspect != std::string_view::npos) checkCharacters(tag.substr(suspect));
+  const std::size_t first = suspect ? findForbiddenByte(tag, '<') : std::string_view::npos;
+  const bool lessInValue = first != std::string_view::npos && tag.find('<', first) != std::string_view::npos;
+  if (first != std::string_view::npos) checkCharacters(tag.substr(first));
 
   const std::vector<std::pair<std::string_view, std::string_view>>& attributes = m_theAttributes;
   for (const auto& attribute : attributes) {

@@ -35,9 +35,10 @@ class ZrXmlWellFormednessChecker {
   void checkText(std::string_view text, bool cdata = false) const;
   // A start tag: the tokenizer hands over each attribute as it parses it (name and value as written, and
   // whether white space came before it), then the tag's text without '<', '>' and a closing '/', its
-  // element name and the open-element stack's size with this element pushed.
+  // element name, the open-element stack's size with this element pushed, and whether the tag may hold a
+  // '<' or a control character (the tokenizer's own pass over the tag tells; false spares a second one).
   void addAttribute(std::string_view name, std::string_view value, bool whiteBefore);
-  void checkStartTag(std::string_view tag, std::string_view name, std::size_t depth);
+  void checkStartTag(std::string_view tag, std::string_view name, std::size_t depth, bool suspect = true);
   // An end tag's name.
   void checkEndTag(std::string_view name) const;
   // The element at depth is closed: its declarations go out of scope.
