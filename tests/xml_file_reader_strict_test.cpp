@@ -25,6 +25,13 @@ ZrTest::Trace traceIn(bool strict, const std::string& document) {
 
 std::string fault(const std::string& rule) { return "file not well formed.\n\t" + rule + "@1"; }
 
+// A tag with count attributes a0, a1, ... followed by the attribute named again.
+std::string manyAttributes(int count, const std::string& again) {
+  std::string tag = "<doc";
+  for (int i = 0; i < count; ++i) tag += " a" + std::to_string(i) + "='" + std::to_string(i) + "'";
+  return tag + " " + again + "='x'/>";
+}
+
 TEST(ZrXmlFileReaderStrict, EachRuleIsReportedInStrictModeOnly) {
   struct Case {
     const char* rule;
@@ -48,6 +55,8 @@ TEST(ZrXmlFileReaderStrict, EachRuleIsReportedInStrictModeOnly) {
       {"two root elements", "<doc/><doc/>", "More than one root element: doc"},
       {"element left open", "<doc>", "Element not closed: doc"},
       {"attribute twice", "<doc a=\"1\" a=\"2\"/>", "Attribute specified twice: a"},
+      {"attribute twice among few", manyAttributes(5, "a3"), "Attribute specified twice: a3"},
+      {"attribute twice among many", manyAttributes(40, "a3"), "Attribute specified twice: a3"},
       {"attribute twice by namespace", "<doc xmlns:p=\"u\" xmlns:q=\"u\" p:a=\"1\" q:a=\"2\"/>",
        "Attribute specified twice: q:a"},
       {"no blank between attributes", "<doc a=\"1\"b=\"2\"/>", "White space required between attributes."},

@@ -448,13 +448,8 @@ void ZrXmlFileReader::warnMessage(const char* what) const {
 // the bytes it stands for. A reference that cannot be expanded is reported and its '&' is kept as
 // text, so nothing of the document is lost.
 void ZrXmlFileReader::expandReferencesIn(std::string& text) const {
-  std::size_t at = 0;
-  if (text.size() < 32) {  // values are mostly short: a plain loop costs less than a call of memchr
-    while (at < text.size() && text[at] != '&') ++at;
-    if (at == text.size()) return;
-  } else if ((at = text.find('&')) == std::string::npos) {
-    return;
-  }
+  std::size_t at = text.find('&');
+  if (at == std::string::npos) return;
   std::size_t out = at;
   while (at < text.size()) {
     if (text[at] != '&') {

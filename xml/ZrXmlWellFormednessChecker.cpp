@@ -113,6 +113,9 @@ bool sameName(std::string_view a, std::string_view b) {
   return true;
 }
 
+// Attributes compared pairwise as they come; a tag with more is sorted as well.
+const std::size_t thePairwiseLimit = 16;
+
 bool isXmlnsAttribute(std::string_view name) {
   return name.size() >= 5 && name[0] == 'x' && name[1] == 'm' && name[2] == 'l' && name[3] == 'n' && name[4] == 's' &&
          (name.size() == 5 || name[5] == ':');
@@ -232,8 +235,23 @@ void ZrXmlWellFormednessChecker::checkNamespaceDeclaration(std::string_view attr
 
 // ---- tags ----
 
+// Most of an attribute is checked as it comes: its white space, its name's form, and its name against the
+// tag's first attributes. Its prefix waits for the tag's own declarations, which may follow it.
 void ZrXmlWellFormednessChecker::addAttribute(std::string_view name, std::string_view value, bool whiteBefore) {
   if (!whiteBefore) report("White space required between attributes.");
+  if (isXmlnsAttribute(name)) {
+    m_theTagDeclares = true;
+  } else {
+    bool valid;
+    if (scanQualifiedName(name, valid) != std::string_view::npos) m_theTagHasPrefixes = true;
+    if (!valid) report("Invalid name: " + std::string(name));
+  }
+  const std::size_t earlier = std::min(m_theAttributes.size(), thePairwiseLimit);
+  for (std::size_t i = 0; i < earlier && m_theAttributes.size() < thePairwiseLimit; ++i)
+    if (sameName(m_theAttributes[i].first, name)) {
+      report("Attribute specified twice: " + std::string(name));
+      break;
+    }
   m_theAttributes.emplace_back(name, value);
 }
 
@@ -246,63 +264,59 @@ void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::string
   // One pass over the tag for forbidden characters and for '<', which can only stand in a value; a tag
   // that holds either is looked at again, the rare case.
   const std::size_t first = suspect ? findForbiddenByte(tag, '<') : std::string_view::npos;
-  const bool lessInValue = first != std::string_view::npos && tag.find('<', first) != std::string_view::npos;
-  if (first != std::string_view::npos) checkCharacters(tag.substr(first));
-
-  const std::vector<std::pair<std::string_view, std::string_view>>& attributes = m_theAttributes;
-  for (const auto& attribute : attributes) {
-    if (isXmlnsAttribute(attribute.first)) {
+  if (first != std::string_view::npos) {
+    checkCharacters(tag.substr(first));
+    if (tag.find('<', first) != std::string_view::npos)
+      for (const auto& attribute : m_theAttributes)
+        if (attribute.second.find('<') != std::string_view::npos) report("'<' not allowed in attribute value.");
+  }
+  if (m_theTagDeclares) {
+    for (const auto& attribute : m_theAttributes) {
+      if (!isXmlnsAttribute(attribute.first)) continue;
       checkNamespaceDeclaration(attribute.first, attribute.second);
       m_theDeclarations.push_back(
           {std::string(attribute.first.size() > 5 ? attribute.first.substr(6) : std::string_view()),
            std::string(attribute.second), depth});
     }
-    if (lessInValue && attribute.second.find('<') != std::string_view::npos)
-      report("'<' not allowed in attribute value.");
   }
-
   checkName(name);  // after the tag's own declarations, which are in force on it
-  checkAttributesOnce();
+  if (m_theTagHasPrefixes) checkPrefixedAttributes();
+  if (m_theAttributes.size() > thePairwiseLimit) checkManyAttributesOnce();
   m_theAttributes.clear();
+  m_theTagDeclares = m_theTagHasPrefixes = false;
 }
 
-// Each attribute once, by its name as written and, for prefixed names, by namespace and local name. Tags
-// have few attributes: they are compared pairwise; a tag with many is sorted instead, so that the check
-// stays linear-logarithmic however many attributes a tag holds.
-void ZrXmlWellFormednessChecker::checkAttributesOnce() {
+// Prefixed attribute names: each prefix declared, and no two names for one namespace and local name.
+void ZrXmlWellFormednessChecker::checkPrefixedAttributes() {
   std::vector<std::pair<std::string, std::string_view>>& names = m_theExpandedNames;
   names.clear();
   for (const auto& attribute : m_theAttributes) {
     const std::string_view written = attribute.first;
-    if (isXmlnsAttribute(written)) continue;
-    const std::size_t colon = checkName(written);
-    if (colon == std::string_view::npos) continue;
+    const std::size_t colon = written.find(':');
+    if (colon == std::string_view::npos || isXmlnsAttribute(written)) continue;
     const std::string_view prefix = written.substr(0, colon);
+    checkPrefixDeclared(prefix);
     const Declaration* declaration = prefix == "xml" ? nullptr : declared(prefix);
     const std::string_view uri = prefix == "xml" ? theXmlNamespace : declaration ? declaration->uri : "";
     names.emplace_back(std::string(uri).append(1, '#').append(written.substr(colon + 1)), written);
   }
-  const std::size_t count = m_theAttributes.size();
-  if (count <= 16) {
-    for (std::size_t i = 1; i < count; ++i)
-      for (std::size_t j = 0; j < i; ++j)
-        if (sameName(m_theAttributes[i].first, m_theAttributes[j].first)) {
-          report("Attribute specified twice: " + std::string(m_theAttributes[i].first));
-          break;
-        }
-  } else {
-    std::vector<std::string_view>& written = m_theWrittenNames;
-    written.clear();
-    for (const auto& attribute : m_theAttributes) written.push_back(attribute.first);
-    std::sort(written.begin(), written.end());
-    for (std::size_t i = 1; i < count; ++i)
-      if (written[i] == written[i - 1]) report("Attribute specified twice: " + std::string(written[i]));
-  }
-  // Names written alike were reported above; these are names written differently for one attribute.
+  // Names written alike are reported as such; these are names written differently for one attribute.
   std::sort(names.begin(), names.end());
   for (std::size_t i = 1; i < names.size(); ++i)
     if (names[i].first == names[i - 1].first && names[i].second != names[i - 1].second)
       report("Attribute specified twice: " + std::string(names[i].second));
+}
+
+// A tag with more attributes than are compared pairwise as they come: sorted, so that the check stays
+// linear-logarithmic however many attributes a tag holds. Duplicates among the first ones were reported.
+void ZrXmlWellFormednessChecker::checkManyAttributesOnce() {
+  std::vector<std::pair<std::string_view, std::size_t>>& written = m_theWrittenNames;
+  written.clear();
+  for (std::size_t i = 0; i < m_theAttributes.size(); ++i) written.emplace_back(m_theAttributes[i].first, i);
+  std::sort(written.begin(), written.end());
+  for (std::size_t i = 1; i < written.size(); ++i)
+    if (written[i].first == written[i - 1].first && written[i].second >= thePairwiseLimit)
+      report("Attribute specified twice: " + std::string(written[i].first));
 }
 
 void ZrXmlWellFormednessChecker::checkEndTag(std::string_view name) const { checkName(name); }

@@ -71,7 +71,8 @@ class ZrXmlWellFormednessChecker {
   void checkNamespaceDeclaration(std::string_view attribute, std::string_view uri) const;
   void checkCharacters(std::string_view text) const;
   void checkXmlDeclaration(std::string_view text, bool atStart) const;
-  void checkAttributesOnce();
+  void checkPrefixedAttributes();
+  void checkManyAttributesOnce();
 
   const ZrXmlFileReader* m_theReader;
   std::vector<Declaration> m_theDeclarations;  // in scope, outermost first
@@ -81,7 +82,9 @@ class ZrXmlWellFormednessChecker {
   // Work lists of the tag being checked, kept so that checking a tag allocates nothing once warmed up.
   std::vector<std::pair<std::string_view, std::string_view>> m_theAttributes;  // name and value as written
   std::vector<std::pair<std::string, std::string_view>> m_theExpandedNames;  // namespace#local, as written
-  std::vector<std::string_view> m_theWrittenNames;
+  std::vector<std::pair<std::string_view, std::size_t>> m_theWrittenNames;  // name as written, position
+  bool m_theTagDeclares = false;     // the tag being read declares namespaces
+  bool m_theTagHasPrefixes = false;  // the tag being read has prefixed attribute names
 };
 
 #endif
