@@ -8,6 +8,7 @@
 #include <ZrCellNamespace.h>
 #include <ZrFormula.h>
 #include <ZrFormulaDocument.h>
+#include <ZrFileReplace.h>
 #include <ZrPrint.h>
 #include <ZrRobotCell.h>
 #include <ZrRobotCellDocument.h>
@@ -16,7 +17,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <fstream>
+#include <cerrno>
+#include <cstring>
+#include <sstream>
 #include <string>
 
 namespace zrxml {
@@ -29,23 +32,31 @@ bool isDirectory(const std::string& path) {
 }
 
 // The document name stands for the schema files: the writer's rule turns it and each namespace into a
-// file name in the same directory.
-bool writeSchema(const ZrXmlObject& root, const std::string& directory, const char* documentName) {
+// file name in the same directory. The generator reports a file it could not write (and leaves the one
+// there untouched), so a schema is listed only when writing it reported nothing.
+bool writeSchema(const ZrXmlObject& root, const std::string& directory, const char* documentName,
+                 const PrintRouter& router) {
   const std::string document = directory + "/" + documentName;
-  if (!root.createSchema(document, root.token())) return false;
+  const std::size_t faultsBefore = router.faults();
+  root.createSchema(document, root.token());
   const std::string written = directory + "/" + ZrXmlWriter::schemaFileName(document, ZrCell::uri());
-  if (!isDirectory(directory) || ::access(written.c_str(), R_OK) != 0) return false;
+  if (router.faults() != faultsBefore || ::access(written.c_str(), R_OK) != 0) return false;
   output("%s\n", written.c_str());
   return true;
 }
 
-// Reads a sample document into root and writes it again as directory/name.
+// Reads a sample document into root and writes it again as directory/name, replacing the file whole.
 template <class Document, class Root>
 bool writeSample(Root& root, const std::string& directory, const char* name) {
   const std::string path = directory + "/" + name;
   if (!Document::readFile(Document::samplePath(), root)) return false;
-  std::ofstream out(path.c_str(), std::ios::out | std::ios::binary);
-  if (!out || !Document::write(root, out, path)) return false;
+  std::ostringstream text;
+  if (!Document::write(root, text, path)) return false;
+  if (!ZrReplaceFile(path, text.str())) {
+    Zr::Print::instance().write(Zr::PrintError, "zrxml Error: cannot write file: %s\n\tFile: %s\n", std::strerror(errno),
+                                path.c_str());
+    return false;
+  }
   output("%s\n", path.c_str());
   return true;
 }
@@ -80,8 +91,8 @@ int schemaCommand(int argc, char** argv, const PrintRouter& router) {
   addOwnPluginDirectory();
   formula.processLibraries();
 
-  bool written = writeSchema(ZrRobotCell(), directory, "robotCell.xml") &&
-                 writeSchema(formula, directory, "formula.xml");
+  bool written = writeSchema(ZrRobotCell(), directory, "robotCell.xml", router) &&
+                 writeSchema(formula, directory, "formula.xml", router);
   if (written && ZrXmlWriter::defaultNamespaceComplete()) {
     ZrRobotCell cell;
     ZrFormula sampleFormula;

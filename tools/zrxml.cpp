@@ -2,7 +2,12 @@
 // with their function and one row in the table below.
 #include "ZrxmlTool.h"
 
+#include <ZrPrint.h>
+
+#include <cerrno>
+#include <cstdio>
 #include <cstring>
+#include <iostream>
 
 namespace {
 
@@ -47,6 +52,17 @@ void printUsage() {
   printExitStatus();
 }
 
+// A command's output that did not reach standard output (a full disk, a closed pipe) is a failure of
+// the command: it is reported and the exit status becomes 1, whatever the command found.
+int outputWritten(int status) {
+  std::cout.flush();
+  const bool failed = !std::cout.good() || std::fflush(stdout) != 0 || std::ferror(stdout);
+  if (!failed) return status;
+  Zr::Print::instance().write(Zr::PrintError, "zrxml Error: standard output could not be written: %s\n",
+                              std::strerror(errno ? errno : EIO));
+  return zrxml::ExitFaults;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -65,7 +81,7 @@ int main(int argc, char** argv) {
       printCommandHelp(command);
       return zrxml::ExitOk;
     }
-    return command.run(argc - 2, argv + 2, router);
+    return outputWritten(command.run(argc - 2, argv + 2, router));
   }
   zrxml::output("zrxml: unknown command '%s'\n\n", argv[1]);
   printUsage();

@@ -4,6 +4,7 @@
 #include "ZrXmlSchemaFile.h"
 #include "ZrXmlWriter.h"
 
+#include <ZrFileReplace.h>
 #include <ZrPrint.h>
 
 #include <cxxabi.h>
@@ -575,10 +576,8 @@ ZrBoolean ZrXmlSchema::write(std::string filename) {
   ZrBoolean result = true;
   for (const std::string& xmlNamespace : all) {
     const std::string path = directory + ZrXmlWriter::schemaFileName(filename, xmlNamespace, m_thePortableSchemaFileNames);
-    std::ofstream out(path.c_str(), std::ios::out | std::ios::binary | std::ios::trunc);
-    out << fileText(xmlNamespace, filename, globals, prefixes);
-    out.close();
-    if (!out) {
+    // Written beside the target and renamed into place: a failed write leaves no truncated schema.
+    if (!ZrReplaceFile(path, fileText(xmlNamespace, filename, globals, prefixes))) {
       Zr::Print::instance().write(Zr::PrintError, "ZrXmlSchema Error: cannot write the schema file.\n\tFile: %s\n",
                                   path.c_str());
       result = false;

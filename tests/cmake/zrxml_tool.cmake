@@ -42,3 +42,27 @@ cmp - '${CMAKE_CURRENT_SOURCE_DIR}/data/robotCellWritten.xml'")
                          "-DERROR_REGEX=robotCellInvalid.xml[^L]*Line: 11.*robotCellInvalid.xml[^L]*Line: 13")
   endif()
 endif()
+
+# Output that cannot be written is a failure of the command: reported, exit 1, whatever was read.
+if(TARGET zrxml AND EXISTS /dev/full)
+  set(samples ${PROJECT_SOURCE_DIR}/samples)
+  foreach(run "check:check ${samples}/robotCell.xml" "events:events ${samples}/robotCell.xml" "demo:demo"
+              "demoValues:demo --values" "demoFormula:demo --formula")
+    string(FIND "${run}" ":" colon)
+    string(SUBSTRING "${run}" 0 ${colon} name)
+    math(EXPR from "${colon} + 1")
+    string(SUBSTRING "${run}" ${from} -1 words)
+    add_test(NAME zrxml.fullOutput.${name}
+             COMMAND sh -c "'$<TARGET_FILE:zrxml>' ${words} >/dev/full 2>err.${name}; s=$?; \
+test $s -eq 1 && grep -q 'standard output could not be written' err.${name}")
+  endforeach()
+endif()
+
+# A schema file that cannot be written is reported, not listed, and leaves no temporary file behind.
+if(TARGET zrxml)
+  set(dir ${CMAKE_CURRENT_BINARY_DIR}/unwritableSchema)
+  add_test(NAME zrxml.schemaListsOnlyWrittenFiles
+           COMMAND sh -c "rm -rf '${dir}' && mkdir -p '${dir}/robotCell.cell.xsd' && \
+out=$('$<TARGET_FILE:zrxml>' schema '${dir}' 2>/dev/null); s=$?; \
+test $s -ne 0 && test -z \"$out\" && ! ls '${dir}' | grep -q '\\.tmp$'")
+endif()
