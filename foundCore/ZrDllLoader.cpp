@@ -37,7 +37,9 @@ void appendPathList(const char* list, std::vector<std::string>& out) {
       if (directory[0] == '/')
         out.push_back(directory);
       else
-        Zr::Print::instance().write(Zr::PrintPluginError,
+        // A notice, not a fault: the configuration is the user's, and a run that finds its plug-ins
+        // elsewhere succeeds.
+        Zr::Print::instance().write(Zr::PrintNotice,
                                     "ZrDllLoader Warning: relative directory in %s ignored.\n\tDirectory: %s\n",
                                     ZrDllLoader::m_thePluginPathVariable, directory.c_str());
     }

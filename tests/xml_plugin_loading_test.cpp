@@ -70,6 +70,8 @@ TEST_F(ZrPluginLoading, OnlyTheFirstLoadableLibraryOfTheListIsProcessed) {
       {{"zrTestNoClassToken", "zrTestNodesA"}, {}, {theMissingClassToken}},
       {{"zrTestNoCreator", "zrTestNodesA"}, {}, {theMissingCreator}},
       {{"zrTestEndless"}, {"epsilon"}, {"more than 4096 classes"}},
+      // a class without a creator is reported with the library and its index, and ends the list
+      {{"zrTestNullCreator"}, {}, {"no creator for zeta.\n\tLibrary: " ZR_TEST_NODE_PLUGIN_DIR "/zrTestNullCreator.zrp\n\tIndex: 0\n"}},
   };
   for (const auto& row : rows) {
     ZrTest::PrintCapture capture;
@@ -86,6 +88,17 @@ TEST_F(ZrPluginLoading, OnlyTheFirstLoadableLibraryOfTheListIsProcessed) {
   }
 }
 
+TEST_F(ZrPluginLoading, WithNullCreatorsSkippedTheLaterClassesAreKept) {
+  ZrXmlBaseVariableCompoundType::setDefaultSkipNullCreators(true);
+  PluginBox box;
+  ZrXmlBaseVariableCompoundType::setDefaultSkipNullCreators(false);
+  box.setLibraries({"zrTestNullCreator"});
+  ZrTest::PrintCapture capture;
+  box.processLibraries();
+  EXPECT_EQ(box.creatorNames(), std::vector<std::string>{"second"});
+  EXPECT_EQ(capture.count(), 1u) << capture.all();
+}
+
 TEST_F(ZrPluginLoading, AMissingCreatorStopsBeforeTheClassListIsWalked) {
   PluginBox box;
   box.setLibraries({"zrTestNoCreator"});
@@ -96,7 +109,7 @@ TEST_F(ZrPluginLoading, AMissingCreatorStopsBeforeTheClassListIsWalked) {
   auto calls = reinterpret_cast<int (*)()>(loader.getFunction("zrTestClassTokenCalls"));
   ASSERT_NE(calls, nullptr);
   EXPECT_EQ(calls(), 0);
-  EXPECT_EQ(capture.all(), theMissingCreator);
+  EXPECT_EQ(capture.all(), std::string(theMissingCreator) + "\n\tLibrary: " ZR_TEST_NODE_PLUGIN_DIR "/zrTestNoCreator.zrp\n");
 }
 
 TEST_F(ZrPluginLoading, ADocumentNamesItsLibrariesAndUsesTheirClasses) {

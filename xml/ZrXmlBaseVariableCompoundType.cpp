@@ -30,15 +30,22 @@ Function asFunction(void* symbol) {
 }
 }  // namespace
 
-ZrXmlBaseVariableCompoundType::ZrXmlBaseVariableCompoundType() = default;
+bool ZrXmlBaseVariableCompoundType::m_theDefaultSkipNullCreators = false;
+
+bool ZrXmlBaseVariableCompoundType::defaultSkipNullCreators() { return m_theDefaultSkipNullCreators; }
+
+void ZrXmlBaseVariableCompoundType::setDefaultSkipNullCreators(bool flag) { m_theDefaultSkipNullCreators = flag; }
+
+ZrXmlBaseVariableCompoundType::ZrXmlBaseVariableCompoundType() : m_theSkipNullCreators(m_theDefaultSkipNullCreators) {}
 
 ZrXmlBaseVariableCompoundType::ZrXmlBaseVariableCompoundType(const ZrXmlBaseVariableCompoundType& other)
-    : ZrXmlObject(other), m_theAddLibraries(other.m_theAddLibraries) {}
+    : ZrXmlObject(other), m_theAddLibraries(other.m_theAddLibraries), m_theSkipNullCreators(other.m_theSkipNullCreators) {}
 
 ZrXmlBaseVariableCompoundType& ZrXmlBaseVariableCompoundType::operator=(const ZrXmlBaseVariableCompoundType& other) {
   if (this != &other) {
     ZrXmlObject::operator=(other);
     m_theAddLibraries = other.m_theAddLibraries;
+    m_theSkipNullCreators = other.m_theSkipNullCreators;
   }
   return *this;
 }
@@ -161,15 +168,17 @@ void ZrXmlBaseVariableCompoundType::processLibraries() {
   if (!loaded) return;
 
   // A missing entry point ends the processing of the library: a function that is not there is
-  // never called.
+  // never called. The message names the library, on a detail line of its own.
+  const char* const path = loader.loadedPath().c_str();
   ClassTokenFunction classToken = asFunction<ClassTokenFunction>(loader.getFunction(m_theClassTokenFunctionName));
   if (!classToken)
     Zr::Print::instance().write(Zr::PrintPluginError,
-                                "ZrBaseExpressionTreeContainer Error -- getClassToken not found in DLL");
+                                "ZrBaseExpressionTreeContainer Error -- getClassToken not found in DLL\n\tLibrary: %s\n",
+                                path);
   CreatorFunction creatorOf = asFunction<CreatorFunction>(loader.getFunction(m_theCreatorFunctionName));
   if (!creatorOf)
     Zr::Print::instance().write(Zr::PrintPluginError,
-                                "ZrBaseExpressionTreeContainer Error -- getCreator not found in DLL");
+                                "ZrBaseExpressionTreeContainer Error -- getCreator not found in DLL\n\tLibrary: %s\n", path);
   if (!classToken || !creatorOf) return;
 
   const ZrToken endOfList;
@@ -184,7 +193,14 @@ void ZrXmlBaseVariableCompoundType::processLibraries() {
     const ZrToken& token = classToken(index);
     if (token == endOfList) return;
     Creator creator = creatorOf(index);
-    if (!creator) return;
+    if (!creator) {
+      Zr::Print::instance().write(Zr::PrintPluginError,
+                                  "ZrBaseExpressionTreeContainer Error -- getCreator gave no creator for %s.\n\tLibrary: "
+                                  "%s\n\tIndex: %u\n",
+                                  token.tokenText().c_str(), path, index);
+      if (!m_theSkipNullCreators) return;  // the class list ends at a null creator
+      continue;
+    }
     registerComponentCreator(token, creator);
   }
 }

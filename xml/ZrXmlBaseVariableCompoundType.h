@@ -75,8 +75,16 @@ class ZrXmlBaseVariableCompoundType : public ZrXmlObject {
   // the child is not taken: the caller then reports it and skips its subtree.
   virtual ZrBoolean readVariableComponent(const ZrToken& token, ZrXmlReader& reader) = 0;
   // Loads the first library of the list that can be loaded (the later names are not tried) and
-  // registers the creators it offers. Libraries are found only on ZrDllLoader's search path.
+  // registers the creators it offers. Libraries are found only on ZrDllLoader's search path. A missing
+  // entry point is reported with the library's path. An index whose getCreator gives no creator is
+  // reported (print type 5, the library and the index) and ends the class list; with
+  // setSkipNullCreators(true) (class default setDefaultSkipNullCreators, off by default) the list goes on
+  // with the next index instead, so that one broken class does not take the later ones with it.
   virtual void processLibraries();
+  bool skipNullCreators() const { return m_theSkipNullCreators; }
+  void setSkipNullCreators(bool flag) { m_theSkipNullCreators = flag; }
+  static bool defaultSkipNullCreators();
+  static void setDefaultSkipNullCreators(bool flag);
 
   // Skips the element the reader stands on, with its whole subtree. Its attributes are dropped
   // first: the reader reports attributes that nobody took, and a skipped element's were not wanted.
@@ -92,6 +100,9 @@ class ZrXmlBaseVariableCompoundType : public ZrXmlObject {
   // Registered lazily, also from const operations (newObjectFromToken, writing, the schema).
   mutable ZrXmlFactory m_theFactory;
   LibraryList m_theAddLibraries;
+  bool m_theSkipNullCreators;
+
+  static bool m_theDefaultSkipNullCreators;
 };
 
 #endif

@@ -66,3 +66,10 @@ if(TARGET zrxml)
 out=$('$<TARGET_FILE:zrxml>' schema '${dir}' 2>/dev/null); s=$?; \
 test $s -ne 0 && test -z \"$out\" && ! ls '${dir}' | grep -q '\\.tmp$'")
 endif()
+
+# A relative plug-in directory in the environment is a notice, not a fault: the run still succeeds.
+if(TARGET zrxml)
+  add_test(NAME zrxml.relativePluginPathIsNoFault
+           COMMAND sh -c "ZR_PLUGIN_PATH=relative/dir '$<TARGET_FILE:zrxml>' demo --formula >/dev/null 2>err.relative; \
+s=$?; test $s -eq 0 && grep -q 'relative directory in ZR_PLUGIN_PATH ignored' err.relative")
+endif()
