@@ -129,7 +129,7 @@ int ZrXmlReader::readXml() {
   becomeReadingReader();
   // Each turn consumes an item of some document or closes one, so the loop ends with the input.
   for (;;) {
-    top()->readXml();
+    if (top()->readXml() == 0) reportTruncation(m_theFileReaders.back());
     if (openFileTest()) continue;
     if (!closeFileTest()) break;
   }
@@ -369,6 +369,20 @@ void ZrXmlReader::parseHref(const std::string& href, std::string& host, std::str
     directory = file.substr(0, last);
     file.erase(0, last + 1);
   }
+}
+
+// A document whose input ends while elements are still open was cut short, even where the tokenizer
+// itself passes it in silence (the end came after an end tag, or one element is left open): reported
+// once per document, naming the innermost open element, and so counted as a fault of the read.
+void ZrXmlReader::reportTruncation(OpenDocument& document) {
+  const ZrXmlFileReader& reader = document.reader;
+  if (document.truncationReported || reader.openElements().empty() || !reader.atEndOfInput()) return;
+  document.truncationReported = true;
+  Zr::Print::instance().write(Zr::PrintError,
+                              "ZrXmlReader Error: file not well formed.\n\tEnd of file before the end tag of %s.\n\tFile: "
+                              "%s\n\tLine: %d\n",
+                              reader.openElements().back().element.c_str(), document.reader.filename().c_str(),
+                              reader.lineCountOfFile());
 }
 
 ZrBoolean ZrXmlReader::closeFileTest() {

@@ -151,7 +151,10 @@ class ZrXmlReader {
         : ownedStream(std::move(owned)), reader(filename, stream) {}
     std::shared_ptr<std::istream> ownedStream;  // declared first: the file reader goes before its stream
     ZrXmlFileReader reader;
+    bool truncationReported = false;
   };
+
+  void reportTruncation(OpenDocument& document);
 
   ZrXmlFileReader* top();
   const ZrXmlFileReader* top() const;
