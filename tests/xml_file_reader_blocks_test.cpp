@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <limits>
 #include <random>
 #include <sstream>
 #include <streambuf>
@@ -204,6 +206,62 @@ TEST(ZrXmlFileReaderBlocks, RandomBytesAreReportedNeverFatal) {
     }
     EXPECT_GT(capture.count(), 0u) << "seed " << seed;
   }
+}
+
+}  // namespace
+
+namespace {
+
+// "<a>", then `units` times an empty element "<b/>" followed by 1020 line feeds, served from one 64 KiB
+// buffer (nothing of the document's size is ever held), then an end tag cut short, "</a".
+class ManyLinesBuffer : public std::streambuf {
+ public:
+  static const long long theFeedsPerUnit = 1020;
+  static const long long theUnitsPerBuffer = 64;
+
+  explicit ManyLinesBuffer(long long buffers) : m_theLeft(buffers) {
+    for (long long unit = 0; unit < theUnitsPerBuffer; ++unit) m_theUnits += "<b/>" + std::string(theFeedsPerUnit, '\n');
+    setg(m_theHead, m_theHead, m_theHead + 3);
+  }
+
+ protected:
+  int_type underflow() override {
+    if (m_theLeft > 0) {
+      --m_theLeft;
+      setg(&m_theUnits[0], &m_theUnits[0], &m_theUnits[0] + m_theUnits.size());
+      return traits_type::to_int_type('<');
+    }
+    if (!m_theTailServed) {
+      m_theTailServed = true;
+      setg(m_theTail, m_theTail, m_theTail + 3);
+      return traits_type::to_int_type('<');
+    }
+    return traits_type::eof();
+  }
+
+ private:
+  char m_theHead[4] = "<a>";
+  char m_theTail[4] = "</a";
+  std::string m_theUnits;
+  long long m_theLeft;
+  bool m_theTailServed = false;
+};
+
+TEST(ZrXmlFileReaderBlocks, LineCountsPastTheLargestIntDoNotOverflow) {
+  const long long buffers = 32899;  // 2,147,646,720 line feeds: just past the largest int
+  const long long lines = buffers * ManyLinesBuffer::theUnitsPerBuffer * ManyLinesBuffer::theFeedsPerUnit + 1;
+  ManyLinesBuffer buffer(buffers);
+  std::istream in(&buffer);
+  ZrTest::PrintCapture capture;
+  ZrXmlFileReader reader("long.xml", in);
+  int mode = reader.readXml();
+  while (mode == 1 || mode == 3) mode = reader.readXml();
+  EXPECT_EQ(mode, 0);
+  EXPECT_EQ(reader.lineCount(), lines);
+  EXPECT_EQ(reader.lineCountOfFile(), std::numeric_limits<int>::max());  // saturated, never negative
+  // the cut end tag is reported with the whole count
+  EXPECT_TRUE(capture.contains("EOF found before end of tag.\n\tFile: long.xml\n\tLine: " + std::to_string(lines) + "\n"))
+      << capture.all();
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <limits>
 
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -428,7 +429,10 @@ void ZrXmlFileReader::setContentVectorFlag(bool flag) { m_theContentVectorFlag =
 
 const std::string& ZrXmlFileReader::filename() { return m_theFilename; }
 
-int ZrXmlFileReader::lineCountOfFile() const { return m_theLineCount; }
+int ZrXmlFileReader::lineCountOfFile() const {
+  return m_theLineCount > std::numeric_limits<int>::max() ? std::numeric_limits<int>::max()
+                                                           : static_cast<int>(m_theLineCount);
+}
 
 std::istream* ZrXmlFileReader::stream() const { return m_theStream; }
 
@@ -440,8 +444,8 @@ bool ZrXmlFileReader::atEndOfInput() const {
 // Messages
 
 void ZrXmlFileReader::warnMessage(const char* what) const {
-  Zr::Print::instance().write(Zr::PrintError, "ZrXmlFileReader Error: %s\n\tFile: %s\n\tLine: %d\n", what,
-                              m_theFilename.c_str(), m_theLineCount);
+  Zr::Print::instance().write(Zr::PrintError, "ZrXmlFileReader Error: %s\n\tFile: %s\n\tLine: %lld\n", what,
+                              m_theFilename.c_str(), static_cast<long long>(m_theLineCount));
 }
 
 // Expands references in place: the text never grows, since every reference is at least as long as
@@ -580,7 +584,7 @@ bool ZrXmlFileReader::ensureAvailable(std::size_t count) {
 
 void ZrXmlFileReader::consumeTo(std::size_t position) {
   const char* data = m_theReadBuffer.data();
-  m_theLineCount += static_cast<int>(std::count(data + m_theReadIndex, data + position, '\n'));
+  m_theLineCount += std::count(data + m_theReadIndex, data + position, '\n');
   m_theReadIndex = position;
 }
 
@@ -1124,8 +1128,8 @@ std::string ZrXmlFileReader::getChildrenAsString() {
         if (!atEndOfInput()) break;
         Zr::Print::instance().write(Zr::PrintError,
                                     "getChildrenAsString Error: end of file too early -- expecting start tag.\n"
-                                    "\tFile: %s\n\tLine: %d\n",
-                                    m_theFilename.c_str(), m_theLineCount);
+                                    "\tFile: %s\n\tLine: %lld\n",
+                                    m_theFilename.c_str(), static_cast<long long>(m_theLineCount));
         return children;
       default:
         return children;

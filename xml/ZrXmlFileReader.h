@@ -6,6 +6,7 @@
 
 #include <boost/scoped_array.hpp>
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <istream>
 #include <map>
@@ -107,7 +108,9 @@ class ZrXmlFileReader {
   virtual ZrBoolean isContentAvailable() const;
   virtual void setContentVectorFlag(bool flag);
   virtual const std::string& filename();
+  // The current line; past the largest int it stays at the largest int (messages print the whole count).
   virtual int lineCountOfFile() const;
+  std::int64_t lineCount() const { return m_theLineCount; }
   virtual ZrBoolean nextMatchingEndTag();
   virtual std::string getChildrenAsString();
   virtual std::istream* stream() const;
@@ -185,7 +188,7 @@ class ZrXmlFileReader {
   mutable std::size_t m_theContentOffset;  // words before it were taken by contentByWord()
   ZrBoolean m_theContentVectorFlag;
   int m_theMode;
-  int m_theLineCount;
+  std::int64_t m_theLineCount;  // 64 bits: a document may hold more lines than an int counts
   ZrToken m_theEndTag;
   ZrToken m_theWorkToken;  // the element name while a start tag is parsed
   std::string m_theValueBuffer;
