@@ -264,4 +264,39 @@ TEST(ZrXmlFileReaderBlocks, LineCountsPastTheLargestIntDoNotOverflow) {
       << capture.all();
 }
 
+// An endless "<a><a><a>...", as a server that never stops sending would give.
+class EndlessNestingBuffer : public std::streambuf {
+ public:
+  EndlessNestingBuffer() {
+    for (int i = 0; i < 4096; ++i) m_theTags += "<a>";
+  }
+
+ protected:
+  int_type underflow() override {
+    setg(&m_theTags[0], &m_theTags[0], &m_theTags[0] + m_theTags.size());
+    return traits_type::to_int_type('<');
+  }
+
+ private:
+  std::string m_theTags;
+};
+
+TEST(ZrXmlFileReaderBlocks, NestingPastTheDepthLimitStopsReadingWithOneReport) {
+  EndlessNestingBuffer buffer;
+  std::istream in(&buffer);
+  ZrTest::PrintCapture capture;
+  std::size_t starts = 0;
+  {
+    ZrXmlFileReader reader("deep.xml", in);
+    reader.setMaxDepth(1000);
+    for (int mode = reader.readXml(); mode == 1; mode = reader.readXml()) ++starts;
+    EXPECT_EQ(reader.openElements().size(), 1000u);
+    EXPECT_TRUE(reader.atEndOfInput());
+  }
+  EXPECT_EQ(starts, 1000u);
+  EXPECT_EQ(capture.texts().at(0),
+            "ZrXmlFileReader Error: file not well formed.\n\tElements nested deeper than 1000 levels; reading stops."
+            "\n\tFile: deep.xml\n\tLine: 1\n");
+}
+
 }  // namespace

@@ -248,6 +248,7 @@ const std::string ZrXmlFileReader::m_schemaInstanceNamespace = "http://www.w3.or
 std::size_t ZrXmlFileReader::m_theMaxTokenSize = std::size_t(1) << 30;
 bool ZrXmlFileReader::m_theDefaultExpandReferences = false;
 bool ZrXmlFileReader::m_theDefaultStrict = false;
+std::size_t ZrXmlFileReader::m_theDefaultMaxDepth = 100000;
 
 std::size_t ZrXmlFileReader::defaultMaxTokenSize() { return m_theMaxTokenSize; }
 
@@ -256,6 +257,10 @@ void ZrXmlFileReader::setDefaultMaxTokenSize(std::size_t bytes) { m_theMaxTokenS
 bool ZrXmlFileReader::defaultExpandReferences() { return m_theDefaultExpandReferences; }
 
 void ZrXmlFileReader::setDefaultExpandReferences(bool flag) { m_theDefaultExpandReferences = flag; }
+
+std::size_t ZrXmlFileReader::defaultMaxDepth() { return m_theDefaultMaxDepth; }
+
+void ZrXmlFileReader::setDefaultMaxDepth(std::size_t levels) { m_theDefaultMaxDepth = levels; }
 
 bool ZrXmlFileReader::defaultStrict() { return m_theDefaultStrict; }
 
@@ -293,6 +298,7 @@ ZrXmlFileReader::ZrXmlFileReader(const std::string& filename, std::istream* stre
       m_theFastSelfClosed(false),
       m_theFastBaseDepth(0),
       m_theExpandReferences(m_theDefaultExpandReferences),
+      m_theMaxDepth(m_theDefaultMaxDepth),
       m_theStartRead(false),
       m_theUnsupportedEncoding(false),
       m_theMarkupSeen(false) {
@@ -337,6 +343,7 @@ void ZrXmlFileReader::copyFrom(const ZrXmlFileReader& other) {
   m_theFastElement = other.m_theFastElement;
   m_theFastName = other.m_theFastName;
   m_theExpandReferences = other.m_theExpandReferences;
+  m_theMaxDepth = other.m_theMaxDepth;
   m_theStartRead = other.m_theStartRead;
   m_theUnsupportedEncoding = other.m_theUnsupportedEncoding;
   m_theMarkupSeen = other.m_theMarkupSeen;
@@ -498,6 +505,21 @@ void ZrXmlFileReader::warnFormatted(const char* format, ...) const {
 
 // ---------------------------------------------------------------------------------------------------------
 // The read buffer
+
+// Past the depth limit the document is not read further: the rest of its nesting is unknown, and
+// skipping it would mean reading it.
+bool ZrXmlFileReader::mayOpenElement() {
+  if (m_theElementStack.size() < m_theMaxDepth) return true;
+  warnFormatted("file not well formed.\n\tElements nested deeper than %zu levels; reading stops.", m_theMaxDepth);
+  stopReading();
+  return false;
+}
+
+void ZrXmlFileReader::stopReading() {
+  m_theStreamExhausted = true;
+  m_theReadBuffer.clear();
+  m_theReadIndex = 0;
+}
 
 // Drops the consumed front of the buffer (once per block, never per token) and appends one block. Returns
 // false when the stream has nothing more to give.
@@ -887,6 +909,7 @@ int ZrXmlFileReader::classifyTag(std::string_view tag) {
     if (m_theChecker) m_theChecker->checkEndTag(stripView(tag.substr(1)));
     return readEndTag(tag);
   }
+  if (!mayOpenElement()) return 0;
   bool empty = tag.back() == '/';
   if (tag[0] == ' ') warnMessage("file not well formed.\n\tWhite space cannot exist before start tag name.");
   if (empty) tag.remove_suffix(1);
@@ -1342,6 +1365,7 @@ void ZrXmlFileReader::fastFinishTag(bool closeEmptyPair) {
     }
     if (ensureAvailable(2) && m_theReadBuffer.compare(m_theReadIndex, 2, "</") == 0 && fastCloseEndTag(true)) return;
   }
+  if (!mayOpenElement()) return;
   pushElement();
   m_theElementStack.back().element = m_theFastElement;
 }

@@ -172,6 +172,15 @@ class ZrXmlFileReader {
   static bool defaultStrict();
   static void setDefaultStrict(bool flag);
 
+  // The deepest nesting read: a start tag that would open one element more than this is reported in the
+  // tokenizer's frame and reading stops there, so that a document's nesting alone (an endless
+  // "<a><a>...") cannot grow the open-element stack without bound. Default 100,000 levels, well above
+  // any real document.
+  std::size_t maxDepth() const { return m_theMaxDepth; }
+  void setMaxDepth(std::size_t levels) { m_theMaxDepth = levels; }
+  static std::size_t defaultMaxDepth();
+  static void setDefaultMaxDepth(std::size_t levels);
+
   // The longest single tag, comment or text run that is read before reading stops with a report.
   static std::size_t defaultMaxTokenSize();
   static void setDefaultMaxTokenSize(std::size_t bytes);
@@ -214,6 +223,8 @@ class ZrXmlFileReader {
 
   void expandReferencesIn(std::string& text) const;
   bool expanding() const { return m_theExpandReferences || m_theChecker; }
+  bool mayOpenElement();
+  void stopReading();
 
   // Strict mode.
   std::size_t strictTagEnd(std::size_t close);
@@ -260,6 +271,7 @@ class ZrXmlFileReader {
   ZrToken m_theFastElement;     // name of the start tag the fast path entered last
   std::string m_theFastName;    // attribute name being read by the fast path
   bool m_theExpandReferences;
+  std::size_t m_theMaxDepth;
   bool m_theStartRead;            // the document's first block was read and its encoding looked at
   bool m_theUnsupportedEncoding;  // the document is UTF-16: reported once, nothing read
   bool m_theMarkupSeen;           // a '<' was read: an XML declaration can no longer come
@@ -270,6 +282,7 @@ class ZrXmlFileReader {
   static std::size_t m_theMaxTokenSize;
   static bool m_theDefaultExpandReferences;
   static bool m_theDefaultStrict;
+  static std::size_t m_theDefaultMaxDepth;
 };
 
 #endif
