@@ -78,15 +78,45 @@ TEST(ZrXmlFileReaderEvents, NamespaceDeclarationsAreInheritedAndKept) {
   ASSERT_EQ(reader.readXml(), 1);
   EXPECT_EQ(reader.remainingNumOfAttributes(), 0u);  // declarations are not attributes
   std::map<std::string, std::string> root{{"", "urn:d"}, {"p", "urn:p"}};
+  EXPECT_EQ(reader.namespacesInForce(0), root);
   EXPECT_EQ(reader.openElements().back().namespaces, root);
   ASSERT_EQ(reader.readXml(), 1);
   std::map<std::string, std::string> child{{"", "urn:d"}, {"p", "urn:p"}, {"q", "urn:q"}};
-  EXPECT_EQ(reader.openElements().back().namespaces, child);  // an inherited prefix keeps its URI
+  EXPECT_EQ(reader.namespacesInForce(1), child);  // an inherited prefix keeps its URI
+  EXPECT_EQ(reader.namespacesInForce(0), root);
+  EXPECT_EQ(reader.openElements().back().namespaces, (std::map<std::string, std::string>{{"q", "urn:q"}}));
   EXPECT_EQ(capture.count(), 0u);
   ASSERT_EQ(reader.readXml(), 3);
   EXPECT_EQ(capture.texts(), std::vector<std::string>{"ZrXmlReader Error: Namespace already declared: urn:q\n"});
   EXPECT_EQ(reader.readXml(), 2);
   EXPECT_EQ(reader.openElements().size(), 1u);
+}
+
+// Shapes that once cost a copy of every declaration in scope per element: each of 10,000 nested elements
+// declaring a prefix, and 100,000 siblings under an element with 10,000 declarations.
+TEST(ZrXmlFileReaderEvents, DeclarationsInScopeCostNothingPerElement) {
+  const int count = 10000;
+  std::string nested, wide = "<r";
+  for (int i = 0; i < count; ++i) nested += "<e xmlns:p" + std::to_string(i) + "='urn:" + std::to_string(i) + "'>";
+  for (int i = 0; i < count; ++i) nested += "</e>";
+  for (int i = 0; i < count; ++i) wide += " xmlns:p" + std::to_string(i) + "='urn:" + std::to_string(i) + "'";
+  wide += ">";
+  for (int i = 0; i < 10 * count; ++i) wide += "<s/>";
+  wide += "</r>";
+
+  std::istringstream nestedIn(nested);
+  ZrXmlFileReader deep("nested.xml", nestedIn);
+  for (int i = 0; i < count; ++i) ASSERT_EQ(deep.readXml(), 1);
+  EXPECT_EQ(deep.namespacesInForce(count - 1).size(), size_t(count));
+  EXPECT_EQ(deep.namespacesInForce(0).size(), 1u);
+  for (int i = 0; i < count; ++i) ASSERT_EQ(deep.readXml(), 2);
+
+  std::istringstream wideIn(wide);
+  ZrXmlFileReader siblings("wide.xml", wideIn);
+  ASSERT_EQ(siblings.readXml(), 1);
+  for (int i = 0; i < 10 * count; ++i) ASSERT_EQ(siblings.readXml(), 3);
+  EXPECT_EQ(siblings.namespacesInForce(0).size(), size_t(count));
+  EXPECT_EQ(siblings.readXml(), 2);
 }
 
 TEST(ZrXmlFileReaderEvents, ContentIsTakenWordByWordInVectorMode) {

@@ -320,6 +320,7 @@ void ZrXmlFileReader::copyFrom(const ZrXmlFileReader& other) {
   m_theStream = other.m_theStream;
   m_theFilename = other.m_theFilename;
   m_theElementStack = other.m_theElementStack;
+  m_theNamespacesInForce = other.m_theNamespacesInForce;
   m_theAttributes = other.m_theAttributes;
   m_theNumOfAttributes = other.m_theNumOfAttributes;
   m_theContent = other.m_theContent;
@@ -1017,10 +1018,9 @@ void ZrXmlFileReader::declareNamespace(std::string_view name, std::string_view u
   name.remove_prefix(5);  // "xmlns"
   if (!name.empty() && name[0] == ':') name.remove_prefix(1);
   std::string prefix(name);
-  auto& namespaces = m_theElementStack.back().namespaces;
-  auto known = namespaces.find(prefix);
-  if (known != namespaces.end()) {
-    if (known->second == uri) {
+  auto known = m_theNamespacesInForce.find(prefix);
+  if (known != m_theNamespacesInForce.end()) {
+    if (known->second.uri == uri) {
       std::string uriText(uri);
       Zr::Print::instance().write(Zr::PrintError, "ZrXmlReader Error: Namespace already declared: %s\n",
                                   uriText.c_str());
@@ -1028,7 +1028,15 @@ void ZrXmlFileReader::declareNamespace(std::string_view name, std::string_view u
     return;  // an existing mapping is kept
   }
   if (uri == m_schemaInstanceNamespace) return;
-  namespaces.emplace(std::move(prefix), std::string(uri));
+  m_theElementStack.back().namespaces.emplace(prefix, std::string(uri));
+  m_theNamespacesInForce.emplace(std::move(prefix), NamespaceBinding{std::string(uri), m_theElementStack.size()});
+}
+
+std::map<std::string, std::string> ZrXmlFileReader::namespacesInForce(std::size_t index) const {
+  std::map<std::string, std::string> inForce;
+  for (const auto& binding : m_theNamespacesInForce)
+    if (binding.second.depth <= index + 1) inForce.emplace(binding.first, binding.second.uri);
+  return inForce;
 }
 
 // The first value of a name is kept. Map nodes of earlier tags are reused, so a document whose tags have
@@ -1058,31 +1066,15 @@ void ZrXmlFileReader::clearAttributes() {
   while (!m_theAttributes.empty()) m_theSpareAttributes.push_back(m_theAttributes.extract(m_theAttributes.begin()));
 }
 
-// A new entry inherits the innermost entry's namespaces. The namespace maps of popped entries are kept
-// and reused; a map is copied only when it differs from the parent's, which in most documents it never
-// does, so opening an element allocates nothing once the reader is warmed up.
-void ZrXmlFileReader::pushElement() {
-  m_theElementStack.emplace_back();
-  std::size_t depth = m_theElementStack.size();
-  if (depth == 1) return;
-  const auto& inherited = m_theElementStack[depth - 2].namespaces;
-  if (inherited.empty()) return;
-  auto& namespaces = m_theElementStack.back().namespaces;
-  if (!m_theSpareNamespaces.empty()) {
-    namespaces.swap(m_theSpareNamespaces.back());
-    m_theSpareNamespaces.pop_back();
-  }
-  if (namespaces != inherited) namespaces = inherited;
-}
+// An entry holds only the declarations its own tag added: the declarations in force live in one table
+// beside the stack, so opening and closing an element that declares nothing costs the same however many
+// declarations are in scope.
+void ZrXmlFileReader::pushElement() { m_theElementStack.emplace_back(); }
 
 void ZrXmlFileReader::popElement() {
   if (m_theElementStack.empty()) return;
   if (m_theChecker) m_theChecker->closeElement(m_theElementStack.size());
-  auto& namespaces = m_theElementStack.back().namespaces;
-  if (!namespaces.empty()) {
-    m_theSpareNamespaces.emplace_back();
-    m_theSpareNamespaces.back().swap(namespaces);
-  }
+  for (const auto& declaration : m_theElementStack.back().namespaces) m_theNamespacesInForce.erase(declaration.first);
   m_theElementStack.pop_back();
 }
 

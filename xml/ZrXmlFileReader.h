@@ -13,6 +13,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 // The library's own non-validating XML tokenizer: reads one document from a stream in blocks and, on
@@ -77,7 +78,9 @@ class ZrXmlFileReader {
 
   struct ElementStruct {
     ZrToken element;                                // name, prefix removed
-    std::map<std::string, std::string> namespaces;  // prefix ("" for the default) -> URI, inherited plus own
+    // prefix ("" for the default) -> URI, the declarations this element's own tag added; those in force
+    // on it (its ancestors' as well) are namespacesInForce(its index)
+    std::map<std::string, std::string> namespaces;
   };
 
   static const ZrToken m_theNullToken;
@@ -144,6 +147,9 @@ class ZrXmlFileReader {
 
   // Read-only view of the open elements, innermost last.
   const std::deque<ElementStruct>& openElements() const { return m_theElementStack; }
+  // The namespace declarations in force on the open element at index (0 the outermost): its own and its
+  // ancestors', a prefix keeping the first URI declared for it. Built on request.
+  std::map<std::string, std::string> namespacesInForce(std::size_t index) const;
   const ZrToken& endTag() const { return m_theEndTag; }
   // True once the stream is exhausted and every byte of the buffer has been consumed. readXml() can
   // return 0 before that after some faults; a caller that wants the whole document reads on until then.
@@ -260,7 +266,13 @@ class ZrXmlFileReader {
   bool fastCloseEndTag(bool onlyIfNamed);
 
   std::vector<AttributeMap::node_type> m_theSpareAttributes;  // nodes kept for reuse by later tags
-  std::vector<std::map<std::string, std::string>> m_theSpareNamespaces;  // maps of popped entries, for reuse
+  // The namespace declarations in force, by prefix, with the depth of the element that declared each:
+  // a look-up costs the same however deep the document, and closing an element removes only its own.
+  struct NamespaceBinding {
+    std::string uri;
+    std::size_t depth;
+  };
+  std::unordered_map<std::string, NamespaceBinding> m_theNamespacesInForce;
   bool m_theStreamExhausted;
   bool m_theSearchingEndTag;    // inside the search that a white-space-only tag started
   bool m_theLastEndTagPopped;   // the last end tag closed the innermost element
