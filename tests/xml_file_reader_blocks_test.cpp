@@ -299,4 +299,31 @@ TEST(ZrXmlFileReaderBlocks, NestingPastTheDepthLimitStopsReadingWithOneReport) {
             "\n\tFile: deep.xml\n\tLine: 1\n");
 }
 
+// Endless NUL bytes after a start tag, as /dev/zero would give.
+class EndlessZerosBuffer : public std::streambuf {
+ public:
+  EndlessZerosBuffer() : m_theZeros(1 << 16, '\0') { setg(m_theHead, m_theHead, m_theHead + 3); }
+
+ protected:
+  int_type underflow() override {
+    setg(&m_theZeros[0], &m_theZeros[0], &m_theZeros[0] + m_theZeros.size());
+    return traits_type::to_int_type('\0');
+  }
+
+ private:
+  char m_theHead[4] = "<a>";
+  std::string m_theZeros;
+};
+
+TEST(ZrXmlFileReaderBlocks, InputThatKeepsBeingCutByNulBytesStopsBeingRead) {
+  EndlessZerosBuffer buffer;
+  std::istream in(&buffer);
+  ZrTest::PrintCapture capture;
+  ZrXmlFileReader reader("zeros.xml", in);
+  EXPECT_EQ(reader.readXml(), 1);
+  EXPECT_EQ(reader.readXml(), 0);
+  EXPECT_EQ(capture.count(), ZrXmlFileReader::m_theMaxNulReports + 2) << "the NUL reports, the stop, the end";
+  EXPECT_TRUE(capture.contains("Too many NUL characters: the input is no text; reading stops.")) << capture.all();
+}
+
 }  // namespace

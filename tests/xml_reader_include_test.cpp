@@ -3,6 +3,7 @@
 #include <ZrTestSupport.h>
 #include <ZrXmlReader.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <functional>
@@ -60,6 +61,7 @@ TEST(ZrXmlReaderInclude, FaultyIncludesAreReportedAndReadingGoesOn) {
   dir.write("part.xml", "<part/>");
   dir.write("empty.xml", "");
   std::filesystem::create_directory(dir.file("aDirectory"));
+  ASSERT_EQ(::mkfifo(dir.file("aFifo").c_str(), 0600), 0);  // opening it for reading would block
   const std::string at = "\n\tFile: " + dir.file("doc.xml") + "\n\tLine: 2\n";
   const struct {
     std::string element;
@@ -75,6 +77,8 @@ TEST(ZrXmlReaderInclude, FaultyIncludesAreReportedAndReadingGoesOn) {
       {"<ZrInclude href=\"part.xml\"><stray/></ZrInclude>", {"ZrXmlReader Error: XLink syntax not correct." + at}, false},
       {include("missing.xml"), {"ZrXmlReader Error: not able to open file: " + dir.file("missing.xml") + "\n"}, false},
       {include("aDirectory"), {"ZrXmlReader Error: not able to open file: " + dir.file("aDirectory") + "\n"}, false},
+      {include("aFifo"), {"ZrXmlReader Error: not a regular file; include skipped: " + dir.file("aFifo") + at}, false},
+      {include("/dev/zero"), {"ZrXmlReader Error: not a regular file; include skipped: /dev/zero" + at}, false},
   };
   for (const auto& row : rows) {
     std::istringstream document("<doc><first/>\n" + row.element + "<last/></doc>");
@@ -89,6 +93,38 @@ TEST(ZrXmlReaderInclude, FaultyIncludesAreReportedAndReadingGoesOn) {
   ZrTest::PrintCapture quiet;
   ZrXmlReader reader(dir.file("doc.xml"), withEmpty);
   EXPECT_EQ(items(reader), (Items{"doc", "last/", "/"}));
+}
+
+// Documents that include the next one twice: without a budget, 25 of them make 2^24 opens.
+TEST(ZrXmlReaderInclude, TheIncludeBudgetEndsAnExplosionOfIncludes) {
+  ZrTest::TempDir dir;
+  for (int i = 0; i < 25; ++i)
+    dir.write("d" + std::to_string(i) + ".xml",
+              "<d>" + include("d" + std::to_string(i + 1) + ".xml") + include("d" + std::to_string(i + 1) + ".xml") + "</d>");
+  dir.write("d25.xml", "<d/>");
+  std::istringstream document("<top>" + include("d0.xml") + "</top>");
+  ZrTest::PrintCapture capture;
+  ZrXmlReader reader(dir.file("top.xml"), document);
+  reader.setMaxIncludedDocuments(100);
+  const Items seen = items(reader);
+  EXPECT_EQ(reader.includedDocuments(), 100u);
+  EXPECT_LT(capture.count(), 100u) << "each skipped include is reported once";
+  EXPECT_TRUE(capture.contains("more than 100 documents included; include skipped")) << capture.all();
+  EXPECT_EQ(seen.back(), "/");  // the including document is read to its end
+}
+
+TEST(ZrXmlReaderInclude, IncludedBytesPastTheBudgetAreCutWithAReport) {
+  ZrTest::TempDir dir;
+  dir.write("big.xml", "<big>" + std::string(100000, ' ') + "</big>");
+  dir.write("small.xml", "<small/>");
+  std::istringstream document("<top>" + include("big.xml") + include("small.xml") + "<last/></top>");
+  ZrTest::PrintCapture capture;
+  ZrXmlReader reader(dir.file("top.xml"), document);
+  reader.setMaxIncludedBytes(50000);
+  EXPECT_EQ(items(reader), (Items{"top", "big", "last/", "/"}));
+  EXPECT_TRUE(capture.contains("Input longer than 50000 bytes; reading stops.")) << capture.all();
+  EXPECT_TRUE(capture.contains("included documents reached 50000 bytes; include skipped: " + dir.file("small.xml")))
+      << capture.all();
 }
 
 // The full name is checked through the "not able to open" message, so no row needs its file to exist.

@@ -345,6 +345,9 @@ void ZrXmlFileReader::copyFrom(const ZrXmlFileReader& other) {
   m_theFastName = other.m_theFastName;
   m_theExpandReferences = other.m_theExpandReferences;
   m_theMaxDepth = other.m_theMaxDepth;
+  m_theMaxBytes = other.m_theMaxBytes;
+  m_theBytesRead = other.m_theBytesRead;
+  m_theNulReports = other.m_theNulReports;
   m_theStartRead = other.m_theStartRead;
   m_theUnsupportedEncoding = other.m_theUnsupportedEncoding;
   m_theMarkupSeen = other.m_theMarkupSeen;
@@ -550,6 +553,13 @@ bool ZrXmlFileReader::readBlock() {
     m_theStreamExhausted = true;
     return false;
   }
+  m_theBytesRead += static_cast<std::uint64_t>(count);
+  if (m_theMaxBytes != 0 && m_theBytesRead > m_theMaxBytes) {
+    warnFormatted("file not well formed.\n\tInput longer than %llu bytes; reading stops.",
+                  static_cast<unsigned long long>(m_theMaxBytes));
+    stopReading();
+    return false;
+  }
   if (m_theStream->eof()) m_theStreamExhausted = true;
   m_theBlock[static_cast<std::size_t>(count)] = '\0';
   std::size_t skipped = 0;
@@ -557,8 +567,14 @@ bool ZrXmlFileReader::readBlock() {
   std::size_t length = std::strlen(m_theBlock.get() + skipped);  // the block is taken as a C string: cut at a NUL
   m_theReadBuffer.append(m_theBlock.get() + skipped, length);
   length += skipped;
-  if (length < static_cast<std::size_t>(count))
+  if (length < static_cast<std::size_t>(count)) {
     warnMessage("file not well formed.\n\tNUL character in the input; the rest of its block was dropped.");
+    if (++m_theNulReports == m_theMaxNulReports) {
+      warnMessage("file not well formed.\n\tToo many NUL characters: the input is no text; reading stops.");
+      stopReading();
+      return false;
+    }
+  }
   return true;
 }
 

@@ -187,6 +187,16 @@ class ZrXmlFileReader {
   static std::size_t defaultMaxDepth();
   static void setDefaultMaxDepth(std::size_t levels);
 
+  // The most bytes read from the stream (0, the default, for no limit): past it the document is reported
+  // as too long and reading stops. The reader gives each included document what is left of its budget.
+  std::uint64_t maxBytes() const { return m_theMaxBytes; }
+  void setMaxBytes(std::uint64_t bytes) { m_theMaxBytes = bytes; }
+  std::uint64_t bytesRead() const { return m_theBytesRead; }
+
+  // A block cut by a NUL byte is reported; after this many reports the document is taken to be no text
+  // (a device, a binary file) and reading stops.
+  static const unsigned m_theMaxNulReports = 100;
+
   // The longest single tag, comment or text run that is read before reading stops with a report.
   static std::size_t defaultMaxTokenSize();
   static void setDefaultMaxTokenSize(std::size_t bytes);
@@ -284,6 +294,9 @@ class ZrXmlFileReader {
   std::string m_theFastName;    // attribute name being read by the fast path
   bool m_theExpandReferences;
   std::size_t m_theMaxDepth;
+  std::uint64_t m_theMaxBytes = 0;
+  std::uint64_t m_theBytesRead = 0;
+  unsigned m_theNulReports = 0;
   bool m_theStartRead;            // the document's first block was read and its encoding looked at
   bool m_theUnsupportedEncoding;  // the document is UTF-16: reported once, nothing read
   bool m_theMarkupSeen;           // a '<' was read: an XML declaration can no longer come

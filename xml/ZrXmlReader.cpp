@@ -43,6 +43,8 @@ unsigned short majorVersion(const std::string& version) {
 }  // namespace
 
 bool ZrXmlReader::m_theDefaultHttpIncludesAllowed = true;
+ZrU32 ZrXmlReader::m_theDefaultMaxIncludedDocuments = 10000;
+std::uint64_t ZrXmlReader::m_theDefaultMaxIncludedBytes = std::uint64_t(4) << 30;
 
 ZrXmlReader::ZrXmlReader()
     : m_theVersionCheckPending(true),
@@ -98,6 +100,8 @@ void ZrXmlReader::applyReadingOptions(ZrXmlFileReader& reader) const {
 void ZrXmlReader::open(const std::string& filename, std::istream& stream) {
   m_theFaultCount = 0;
   m_theLastFault.clear();
+  m_theIncludedDocuments = 0;
+  m_theClosedIncludeBytes = 0;
   becomeReadingReader();
   m_theFileReaders.emplace_back(filename, stream, nullptr);
   applyReadingOptions(*top());
@@ -289,6 +293,16 @@ bool ZrXmlReader::mayOpenInclude(const std::string& host, const std::string& ful
     includeError("HTTP includes are switched off; include skipped", fullName);
     return false;
   }
+  if (m_theIncludedDocuments >= m_theMaxIncludedDocuments) {
+    std::string what = "more than " + std::to_string(m_theMaxIncludedDocuments) + " documents included; include skipped";
+    includeError(what.c_str(), fullName);
+    return false;
+  }
+  if (includedBytes() >= m_theMaxIncludedBytes) {
+    std::string what = "included documents reached " + std::to_string(m_theMaxIncludedBytes) + " bytes; include skipped";
+    includeError(what.c_str(), fullName);
+    return false;
+  }
   if (m_theFileReaders.size() - 1 >= m_theMaxIncludeDepth) {
     std::string what = "include nested deeper than " + std::to_string(m_theMaxIncludeDepth) + " documents; skipped";
     includeError(what.c_str(), fullName);
@@ -307,9 +321,16 @@ bool ZrXmlReader::mayOpenInclude(const std::string& host, const std::string& ful
 void ZrXmlReader::pushInclude(const std::string& host, const std::string& fullName) {
   std::shared_ptr<std::istream> stream;
   if (host.empty()) {
-    // A directory opens as a file stream on this system but holds no document: treat it as unopenable.
+    // Looked at without being opened: opening a FIFO blocks, and a device (/dev/zero) never ends. A
+    // directory holds no document and is reported like a file that does not open.
     std::error_code ignored;
-    if (!std::filesystem::is_directory(fullName, ignored)) stream = std::make_shared<std::ifstream>(fullName, std::ios::in);
+    const std::filesystem::file_status status = std::filesystem::status(fullName, ignored);
+    const bool directory = std::filesystem::is_directory(status);
+    if (std::filesystem::exists(status) && !directory && !std::filesystem::is_regular_file(status)) {
+      includeError("not a regular file; include skipped", fullName);
+      return;
+    }
+    if (!directory) stream = std::make_shared<std::ifstream>(fullName, std::ios::in);
   } else {
     stream = std::make_shared<ZrIfHttpStream>(fullName.c_str(), std::ios::in);
   }
@@ -319,8 +340,18 @@ void ZrXmlReader::pushInclude(const std::string& host, const std::string& fullNa
     return;
   }
   std::istream& in = *stream;
+  const std::uint64_t bytesLeft = m_theMaxIncludedBytes - includedBytes();
   m_theFileReaders.emplace_back(fullName, in, std::move(stream));
   applyReadingOptions(*top());
+  top()->setMaxBytes(bytesLeft);
+  ++m_theIncludedDocuments;
+}
+
+// Bytes read through includes: those of the included documents closed, and of those still open.
+std::uint64_t ZrXmlReader::includedBytes() const {
+  std::uint64_t bytes = m_theClosedIncludeBytes;
+  for (std::size_t level = 1; level < m_theFileReaders.size(); ++level) bytes += m_theFileReaders[level].reader.bytesRead();
+  return bytes;
 }
 
 // Resolves an include reference against the name of the document that holds it. A relative reference
@@ -388,6 +419,7 @@ void ZrXmlReader::reportTruncation(OpenDocument& document) {
 ZrBoolean ZrXmlReader::closeFileTest() {
   if (!top() || top()->mode() != 0) return false;
   if (m_theFileReaders.size() < 2) return false;  // the opened document itself stays
+  m_theClosedIncludeBytes += top()->bytesRead();
   m_theFileReaders.pop_back();
   return true;
 }

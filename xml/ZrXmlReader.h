@@ -5,6 +5,7 @@
 #include <ZrTypes.h>
 #include <ZrXmlFileReader.h>
 
+#include <cstdint>
 #include <deque>
 #include <istream>
 #include <memory>
@@ -100,6 +101,21 @@ class ZrXmlReader {
   // off, an include that resolves to an HTTP reference is reported and skipped.
   void setMaxIncludeDepth(ZrU32 depth) { m_theMaxIncludeDepth = depth; }
   ZrU32 maxIncludeDepth() const { return m_theMaxIncludeDepth; }
+  // The budget of one reader's includes, counted from open(): at most this many included documents
+  // (default 10,000) and this many bytes read through them (default 4 GiB). An include past either is
+  // reported and skipped, and an included document that runs past the bytes left is cut there with a
+  // report, so that documents including each other many times over cannot keep a reader busy for ever.
+  // Only regular files and HTTP documents are included: anything else (a device, a FIFO, a directory) is
+  // refused without being opened.
+  void setMaxIncludedDocuments(ZrU32 count) { m_theMaxIncludedDocuments = count; }
+  ZrU32 maxIncludedDocuments() const { return m_theMaxIncludedDocuments; }
+  void setMaxIncludedBytes(std::uint64_t bytes) { m_theMaxIncludedBytes = bytes; }
+  std::uint64_t maxIncludedBytes() const { return m_theMaxIncludedBytes; }
+  static ZrU32 defaultMaxIncludedDocuments() { return m_theDefaultMaxIncludedDocuments; }
+  static void setDefaultMaxIncludedDocuments(ZrU32 count) { m_theDefaultMaxIncludedDocuments = count; }
+  static std::uint64_t defaultMaxIncludedBytes() { return m_theDefaultMaxIncludedBytes; }
+  static void setDefaultMaxIncludedBytes(std::uint64_t bytes) { m_theDefaultMaxIncludedBytes = bytes; }
+  ZrU32 includedDocuments() const { return m_theIncludedDocuments; }
   void setHttpIncludesAllowed(bool allowed) { m_theHttpIncludesAllowed = allowed; }
   bool httpIncludesAllowed() const { return m_theHttpIncludesAllowed; }
   // What new readers start with; a program that must never reach the network (a fuzzer, a sandboxed
@@ -183,6 +199,15 @@ class ZrXmlReader {
   std::string m_theLastFault;
 
   static bool m_theDefaultHttpIncludesAllowed;
+  static ZrU32 m_theDefaultMaxIncludedDocuments;
+  static std::uint64_t m_theDefaultMaxIncludedBytes;
+
+  std::uint64_t includedBytes() const;
+
+  ZrU32 m_theMaxIncludedDocuments = m_theDefaultMaxIncludedDocuments;
+  std::uint64_t m_theMaxIncludedBytes = m_theDefaultMaxIncludedBytes;
+  ZrU32 m_theIncludedDocuments = 0;       // opened since open()
+  std::uint64_t m_theClosedIncludeBytes = 0;  // read from included documents already closed
 };
 
 #endif
