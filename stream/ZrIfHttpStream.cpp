@@ -2,8 +2,10 @@
 
 #include <ZrPrint.h>
 #include <curl/curl.h>
+#include <strings.h>
 
 #include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <cstdio>
 #include <streambuf>
@@ -14,10 +16,11 @@ namespace {
 
 struct HttpDefaults {
   long connectTimeoutMs = 10000;
-  long timeoutMs = 0;
+  long timeoutMs = 600000;
   long stallTimeoutMs = 30000;
-  unsigned long long maxBodySize = 0;
+  unsigned long long maxBodySize = 1ull << 30;
   long maxRedirects = 5;
+  std::vector<std::string> allowedHosts;
 };
 
 HttpDefaults& httpDefaults() {
@@ -35,6 +38,32 @@ void initialiseCurlOnce() {
 // How much body the stream holds before it asks libcurl to pause. libcurl hands over at most one
 // receive buffer (16 KiB by default) per callback, so the window never grows far beyond this.
 const size_t theWindowHighWater = 64 * 1024;
+
+// The host of url, or of reference resolved against base when reference is given (a Location header may
+// be relative); empty when it does not parse.
+std::string hostOf(const std::string& base, const char* reference = nullptr) {
+  CURLU* parsed = curl_url();
+  std::string host;
+  char* part = nullptr;
+  if (parsed && curl_url_set(parsed, CURLUPART_URL, base.c_str(), 0) == CURLUE_OK &&
+      (!reference || curl_url_set(parsed, CURLUPART_URL, reference, 0) == CURLUE_OK) &&
+      curl_url_get(parsed, CURLUPART_HOST, &part, 0) == CURLUE_OK) {
+    host = part;
+    curl_free(part);
+  }
+  curl_url_cleanup(parsed);
+  return host;
+}
+
+bool hostAllowed(const std::string& host) {
+  const std::vector<std::string>& allowed = httpDefaults().allowedHosts;
+  if (allowed.empty()) return true;
+  return std::any_of(allowed.begin(), allowed.end(), [&host](const std::string& entry) {
+    return entry.size() == host.size() &&
+           std::equal(entry.begin(), entry.end(), host.begin(),
+                      [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b)); });
+  });
+}
 
 }  // namespace
 
@@ -79,6 +108,7 @@ class ZrHttpStreamBuffer : public std::streambuf {
   bool m_theDone;
   bool m_theReported;
   bool m_theLimitExceeded;
+  std::string m_theRefusal;  // why a redirect was refused, which libcurl's error text would hide
   CURLcode m_theResult;
   long m_theStatus;
   unsigned long long m_theReceived;
@@ -139,6 +169,12 @@ bool ZrHttpStreamBuffer::open() {
     return false;
   }
   initialiseCurlOnce();
+  const std::string host = hostOf(m_theUrl);
+  if (!hostAllowed(host)) {
+    std::string what = "the host " + host + " is not among the allowed hosts.";
+    error(what.c_str());
+    return false;
+  }
   m_theEasy = curl_easy_init();
   m_theMulti = curl_multi_init();
   if (!m_theEasy || !m_theMulti) {
@@ -170,6 +206,8 @@ bool ZrHttpStreamBuffer::reportFailure() {
   if (m_theLimitExceeded) {
     std::string what = "the body is larger than the limit of " + std::to_string(m_theMaxBodySize) + " bytes.";
     error(what.c_str());
+  } else if (!m_theRefusal.empty()) {
+    error(m_theRefusal.c_str());
   } else {
     error(m_theErrorText[0] ? m_theErrorText : curl_easy_strerror(m_theResult));
   }
@@ -270,6 +308,19 @@ size_t ZrHttpStreamBuffer::receiveHeader(char* data, size_t size, size_t count, 
   ZrHttpStreamBuffer& buffer = *static_cast<ZrHttpStreamBuffer*>(self);
   const size_t bytes = size * count;
   buffer.m_theLastActivity = std::chrono::steady_clock::now();
+  if (bytes > 9 && !httpDefaults().allowedHosts.empty() && strncasecmp(data, "location:", 9) == 0) {
+    // A redirect is checked before libcurl follows it: refusing the header ends the transfer.
+    std::string target(data + 9, bytes - 9);
+    const std::size_t first = target.find_first_not_of(" \t"), last = target.find_last_not_of(" \t\r\n");
+    target = first == std::string::npos ? std::string() : target.substr(first, last - first + 1);
+    char* current = nullptr;
+    curl_easy_getinfo(buffer.m_theEasy, CURLINFO_EFFECTIVE_URL, &current);
+    const std::string host = hostOf(current ? current : buffer.m_theUrl, target.c_str());
+    if (!hostAllowed(host)) {
+      buffer.m_theRefusal = "a redirect to the host " + host + ", which is not among the allowed hosts.";
+      return 0;
+    }
+  }
   const bool blankLine = (bytes == 2 && data[0] == '\r' && data[1] == '\n') || (bytes == 1 && data[0] == '\n');
   if (blankLine) {
     long status = 0;
@@ -297,6 +348,10 @@ void ZrIfHttpStream::setDefaultTimeoutMs(long milliseconds) { httpDefaults().tim
 long ZrIfHttpStream::defaultStallTimeoutMs() { return httpDefaults().stallTimeoutMs; }
 void ZrIfHttpStream::setDefaultStallTimeoutMs(long milliseconds) { httpDefaults().stallTimeoutMs = milliseconds; }
 unsigned long long ZrIfHttpStream::defaultMaxBodySize() { return httpDefaults().maxBodySize; }
+
+const std::vector<std::string>& ZrIfHttpStream::defaultAllowedHosts() { return httpDefaults().allowedHosts; }
+
+void ZrIfHttpStream::setDefaultAllowedHosts(const std::vector<std::string>& hosts) { httpDefaults().allowedHosts = hosts; }
 void ZrIfHttpStream::setDefaultMaxBodySize(unsigned long long bytes) { httpDefaults().maxBodySize = bytes; }
 long ZrIfHttpStream::defaultMaxRedirects() { return httpDefaults().maxRedirects; }
 void ZrIfHttpStream::setDefaultMaxRedirects(long redirects) { httpDefaults().maxRedirects = redirects; }

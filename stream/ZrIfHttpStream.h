@@ -3,6 +3,8 @@
 
 #include <istream>
 #include <memory>
+#include <string>
+#include <vector>
 
 class ZrHttpStreamBuffer;
 
@@ -33,19 +35,26 @@ class ZrIfHttpStream : public std::istream {
   // Connect time-out (name resolution included), default 10 000.
   static long defaultConnectTimeoutMs();
   static void setDefaultConnectTimeoutMs(long milliseconds);
-  // Time-out of the whole transfer, default 0 (none): a long document over a slow line is legitimate.
+  // Time-out of the whole transfer, default 600 000 (ten minutes): long enough for a large document over
+  // a slow line, and an end for a server that drips its body a byte at a time. 0 for none.
   static long defaultTimeoutMs();
   static void setDefaultTimeoutMs(long milliseconds);
   // A transfer that delivers no byte at all for this long is abandoned, default 30 000. This is what
   // catches a server that accepts the connection and then goes silent.
   static long defaultStallTimeoutMs();
   static void setDefaultStallTimeoutMs(long milliseconds);
-  // Body size limit in bytes, default 0 (no limit; memory stays bounded either way).
+  // Body size limit in bytes, default 1 GiB (an endless body ends there; memory stays bounded either
+  // way). 0 for no limit.
   static unsigned long long defaultMaxBodySize();
   static void setDefaultMaxBodySize(unsigned long long bytes);
   // Redirects followed, default 5.
   static long defaultMaxRedirects();
   static void setDefaultMaxRedirects(long redirects);
+  // The hosts documents may come from, compared without regard to case; empty (the default) for any.
+  // The host of the URL and of every redirect is checked: a refused one fails the stream with a message,
+  // so that documents cannot send an application to services of its own network.
+  static const std::vector<std::string>& defaultAllowedHosts();
+  static void setDefaultAllowedHosts(const std::vector<std::string>& hosts);
 
  private:
   std::unique_ptr<ZrHttpStreamBuffer> m_theBuffer;

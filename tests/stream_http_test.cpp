@@ -34,7 +34,9 @@ class ZrIfHttpStreamTest : public ::testing::Test {
   void TearDown() override {
     ZrIfHttpStream::setDefaultConnectTimeoutMs(10000);
     ZrIfHttpStream::setDefaultStallTimeoutMs(30000);
-    ZrIfHttpStream::setDefaultTimeoutMs(0);
+    ZrIfHttpStream::setDefaultTimeoutMs(600000);
+    ZrIfHttpStream::setDefaultMaxBodySize(1ull << 30);
+    ZrIfHttpStream::setDefaultAllowedHosts({});
   }
 
   static std::string url(const std::string& path) { return s_theServer->url(path); }
@@ -59,6 +61,35 @@ TEST_F(ZrIfHttpStreamTest, DeliversADocumentAndFollowsRedirects) {
     EXPECT_FALSE(in.bad());
     EXPECT_EQ(capture.count(), 0u) << capture.all();
   }
+}
+
+// The test server answers as 127.0.0.1 and as localhost; only the first is allowed here.
+TEST_F(ZrIfHttpStreamTest, OnlyAllowedHostsAreReachedAlsoThroughRedirects) {
+  ZrIfHttpStream::setDefaultAllowedHosts({"127.0.0.1"});
+  const std::string other = "localhost:" + std::to_string(s_theServer->port());
+  const struct {
+    std::string url;
+    const char* refusal;  // fragment of the message, or null when the document arrives
+  } rows[] = {
+      {url("doc.xml"), nullptr},
+      {url("redirect/doc.xml"), nullptr},
+      {url("redirect-host/localhost/doc.xml"), "a redirect to the host localhost, which is not among the allowed hosts."},
+      {"http://" + other + "/doc.xml", "the host localhost is not among the allowed hosts."},
+  };
+  for (const auto& row : rows) {
+    ZrTest::PrintCapture capture;
+    ZrIfHttpStream in(row.url.c_str(), std::ios::in);
+    if (!row.refusal) {
+      EXPECT_EQ(readAll(in), theDocument) << row.url << capture.all();
+    } else {
+      EXPECT_TRUE(in.fail()) << row.url;
+      EXPECT_TRUE(capture.contains(row.refusal)) << row.url << "\n" << capture.all();
+    }
+  }
+  ZrIfHttpStream::setDefaultAllowedHosts({"LOCALHOST"});  // host names compare without regard to case
+  ZrTest::PrintCapture capture;
+  ZrIfHttpStream in(("http://" + other + "/doc.xml").c_str(), std::ios::in);
+  EXPECT_EQ(readAll(in), theDocument) << capture.all();
 }
 
 TEST_F(ZrIfHttpStreamTest, FailsAtConstructionWithAReason) {

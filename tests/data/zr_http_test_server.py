@@ -10,6 +10,7 @@ Routes beside the files of the directory:
   /stall-body             sends headers and part of the body, then goes silent
   /big/<n>                a body of n bytes, "0123456789" repeated, sent in pieces
   /redirect/<path>        302 to /<path>
+  /redirect-host/<h>/<p>  302 to http://<h>:<this port>/<p>, the same server under another host name
   /status/<code>          an empty response with that status
 """
 import functools
@@ -53,6 +54,13 @@ class Handler(http.server.SimpleHTTPRequestHandler):
                 chunk = piece[: min(len(piece), size - sent)]
                 self.wfile.write(chunk)
                 sent += len(chunk)
+            return
+        if path.startswith("/redirect-host/"):
+            host, _, rest = path[len("/redirect-host/"):].partition("/")
+            self.send_response(302)
+            self.send_header("Location", "http://%s:%d/%s" % (host, self.server.server_address[1], rest))
+            self.send_header("Content-Length", "0")
+            self.end_headers()
             return
         if path.startswith("/redirect/"):
             self.send_response(302)
