@@ -297,7 +297,8 @@ void ZrXmlWellFormednessChecker::checkPrefixedAttributes() {
     const std::string_view prefix = written.substr(0, colon);
     checkPrefixDeclared(prefix);
     const Declaration* declaration = prefix == "xml" ? nullptr : declared(prefix);
-    const std::string_view uri = prefix == "xml" ? theXmlNamespace : declaration ? declaration->uri : "";
+    std::string_view uri = theXmlNamespace;  // a view of the declaration itself, never of a temporary
+    if (prefix != "xml") uri = declaration ? std::string_view(declaration->uri) : std::string_view();
     names.emplace_back(std::string(uri).append(1, '#').append(written.substr(colon + 1)), written);
   }
   // Names written alike are reported as such; these are names written differently for one attribute.
