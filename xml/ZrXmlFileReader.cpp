@@ -28,7 +28,8 @@ enum CharClass : unsigned char {
   NameStop = 2,  // ends an attribute name on the fast path: white space, '=', '/', '>'
   WordStop = 4,  // ends an unquoted value on the fast path: white space, '/', '>'
   TextStop = 8,  // ends a word of text on the fast path: white space, '<'
-  Equals = 16    // '=' between an attribute's name and its value
+  Equals = 16,   // '=' between an attribute's name and its value
+  NameMark = 32  // '#' and ':', which split a name into namespace, prefix and token text
 };
 
 constexpr std::array<unsigned char, 256> makeCharTable() {
@@ -38,6 +39,8 @@ constexpr std::array<unsigned char, 256> makeCharTable() {
   table[static_cast<unsigned char>('/')] = NameStop | WordStop;
   table[static_cast<unsigned char>('>')] = NameStop | WordStop;
   table[static_cast<unsigned char>('<')] = TextStop;
+  table[static_cast<unsigned char>('#')] = NameMark;
+  table[static_cast<unsigned char>(':')] = NameMark;
   return table;
 }
 
@@ -127,15 +130,57 @@ inline SplitName splitName(std::string_view text) {
           std::string_view(localBegin, static_cast<std::size_t>(end - localBegin)), hasHash, tokenBegin == end};
 }
 
-// Fills a token from a name; no allocation when the texts fit the strings' capacity.
-void assignName(ZrToken& token, std::string_view text) {
-  SplitName name = splitName(text);
+// Fills a token from a split name; no allocation when the texts fit the strings' capacity.
+void assignName(ZrToken& token, const SplitName& name) {
   if (name.hasHash)
     token.setNamespace(std::string(name.xmlNamespace));
   else if (!token.namespaceText().empty())
     token.setNamespace(std::string());
   token.clear();
   token.append(name.local.data(), static_cast<ZrU32>(name.local.size()));
+}
+
+void assignName(ZrToken& token, std::string_view text) { assignName(token, splitName(text)); }
+
+// Scans an attribute name up to white space or '=', noting where its token text begins (after the first
+// '#', then after the first ':' that follows), as splitName() would, in the same pass.
+inline const char* scanAttributeName(const char* at, const char* end, std::size_t& localOffset) {
+  const char* const begin = at;
+  const char* local = at;
+  bool hash = false, colon = false;
+  for (; at < end; ++at) {
+    const unsigned char charClass = theCharTable[static_cast<unsigned char>(*at)];
+    if (charClass & (White | Equals)) break;
+    if (!(charClass & NameMark)) continue;
+    if (*at == '#' && !hash) {
+      hash = true;
+      colon = false;
+      local = at + 1;
+    } else if (*at == ':' && !colon) {
+      colon = true;
+      local = at + 1;
+    }
+  }
+  localOffset = static_cast<std::size_t>(local - begin);
+  return at;
+}
+
+// The number of line feeds in a range, sixteen bytes at a time where the processor allows.
+std::int64_t countLineFeeds(const char* begin, const char* end) {
+  std::int64_t count = 0;
+#ifdef __SSE2__
+  const __m128i lineFeed = _mm_set1_epi8('\n');
+  while (end - begin >= 16) {
+    // Up to 255 rounds add into byte lanes (each match subtracts -1) before the lanes are summed.
+    __m128i lanes = _mm_setzero_si128();
+    const char* stop = begin + std::min<std::ptrdiff_t>((end - begin) / 16, 255) * 16;
+    for (; begin < stop; begin += 16)
+      lanes = _mm_sub_epi8(lanes, _mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(begin)), lineFeed));
+    const __m128i sums = _mm_sad_epu8(lanes, _mm_setzero_si128());
+    count += _mm_cvtsi128_si32(sums) + _mm_cvtsi128_si32(_mm_srli_si128(sums, 8));
+  }
+#endif
+  return count + std::count(begin, end, '\n');
 }
 
 // The quote a tag's text leaves open (0 for none), given the one open before it. Runs of sixteen bytes
@@ -321,13 +366,13 @@ void ZrXmlFileReader::copyFrom(const ZrXmlFileReader& other) {
   m_theFilename = other.m_theFilename;
   m_theElementStack = other.m_theElementStack;
   m_theNamespacesInForce = other.m_theNamespacesInForce;
-  m_theAttributes = other.m_theAttributes;
   m_theNumOfAttributes = other.m_theNumOfAttributes;
   m_theContent = other.m_theContent;
   m_theContentOffset = other.m_theContentOffset;
   m_theContentVectorFlag = other.m_theContentVectorFlag;
   m_theMode = other.m_theMode;
   m_theLineCount = other.m_theLineCount;
+  m_theLineCountedTo = other.m_theLineCountedTo;
   m_theEndTag = other.m_theEndTag;
   m_theWorkToken = other.m_theWorkToken;
   m_theValueBuffer = other.m_theValueBuffer;
@@ -352,12 +397,40 @@ void ZrXmlFileReader::copyFrom(const ZrXmlFileReader& other) {
   m_theUnsupportedEncoding = other.m_theUnsupportedEncoding;
   m_theMarkupSeen = other.m_theMarkupSeen;
   m_theChecker.reset(other.m_theChecker ? new ZrXmlWellFormednessChecker(*other.m_theChecker, *this) : nullptr);
+  rebaseAttributes(other);
+}
+
+// The copy's attributes view its own read buffer and attribute text, at the same places as the other's.
+void ZrXmlFileReader::rebaseAttributes(const ZrXmlFileReader& other) {
+  m_theAttributeEntries = other.m_theAttributeEntries;
+  m_theAttributeCount = other.m_theAttributeCount;
+  m_theUnreadAttributes = other.m_theUnreadAttributes;
+  m_theAttributeOrder = other.m_theAttributeOrder;
+  m_theAttributeOrderBuilt = other.m_theAttributeOrderBuilt;
+  m_theFirstUnreadInOrder = other.m_theFirstUnreadInOrder;
+  m_theAttributesViewBuffer = other.m_theAttributesViewBuffer;
+  m_theAttributeText = other.m_theAttributeText;
+  const auto rebase = [&other, this](std::string_view text) {
+    const char* at = text.data();
+    const std::string_view buffer(other.m_theReadBuffer), held(other.m_theAttributeText);
+    if (at >= buffer.data() && at + text.size() <= buffer.data() + buffer.size())
+      return std::string_view(m_theReadBuffer.data() + (at - buffer.data()), text.size());
+    if (at >= held.data() && at + text.size() <= held.data() + held.size())
+      return std::string_view(m_theAttributeText.data() + (at - held.data()), text.size());
+    return std::string_view();
+  };
+  for (std::size_t i = 0; i < m_theAttributeCount; ++i) {
+    AttributeEntry& entry = m_theAttributeEntries[i];
+    if (entry.taken) continue;
+    entry.name = rebase(entry.name);
+    entry.value = rebase(entry.value);
+  }
 }
 
 // A single element left open passes silently: a reader that stops after its root's start tag is normal.
 ZrXmlFileReader::~ZrXmlFileReader() {
   if (m_theElementStack.size() > 1) warnMessage("file not well formed.\n\tSome start tags not closed with end tag.");
-  if (!m_theAttributes.empty()) warnMessage("file not well formed.\n\tSome attribute were not used.");
+  if (m_theUnreadAttributes != 0) warnMessage("file not well formed.\n\tSome attribute were not used.");
 }
 
 void ZrXmlFileReader::close() {
@@ -375,38 +448,96 @@ const ZrToken& ZrXmlFileReader::element() const {
   return m_theElementStack.empty() ? m_theNullToken : m_theElementStack.back().element;
 }
 
+// Attributes are handed out by token text, smallest first, not in document order; names that differ
+// only in namespace are one attribute, as in any map keyed by ZrToken.
 const ZrToken& ZrXmlFileReader::attributeName() const {
-  return m_theAttributes.empty() ? m_theNullToken : m_theAttributes.begin()->first;
+  const std::size_t index = firstUnreadAttribute();
+  return index == npos ? m_theNullToken : attributeToken(index);
 }
 
 const ZrToken& ZrXmlFileReader::attributeName(const ZrToken& name) const {
-  auto entry = m_theAttributes.find(name);
-  return entry == m_theAttributes.end() ? m_theNullToken : entry->first;
+  const std::size_t index = findUnreadAttribute(name);
+  return index == npos ? m_theNullToken : attributeToken(index);
 }
 
 const std::string& ZrXmlFileReader::attributeValue() {
-  if (m_theAttributes.empty()) return m_theNullString;
-  takeAttributeValue(m_theAttributes.begin());
-  return m_theValueBuffer;
+  const std::size_t index = firstUnreadAttribute();
+  return index == npos ? m_theNullString : takeAttributeValue(index);
 }
 
 const std::string& ZrXmlFileReader::attributeValue(const ZrToken& name) {
-  auto entry = m_theAttributes.find(name);
-  if (entry == m_theAttributes.end()) return m_theNullString;
-  takeAttributeValue(entry);
+  const std::size_t index = findUnreadAttribute(name);
+  return index == npos ? m_theNullString : takeAttributeValue(index);
+}
+
+const std::string& ZrXmlFileReader::takeAttributeValue(std::size_t index) {
+  AttributeEntry& entry = m_theAttributeEntries[index];
+  m_theValueBuffer.assign(entry.value.data(), entry.value.size());
+  entry.taken = true;
+  --m_theUnreadAttributes;
   return m_theValueBuffer;
 }
 
-// Moves the value into the value buffer and keeps the map node for a later tag.
-void ZrXmlFileReader::takeAttributeValue(AttributeMap::iterator entry) {
-  auto node = m_theAttributes.extract(entry);
-  m_theValueBuffer.swap(node.mapped());
-  m_theSpareAttributes.push_back(std::move(node));
+// Most tags have a handful of attributes, often already in order as the writer puts them: an insertion
+// sort settles those with a comparison or two each.
+void ZrXmlFileReader::buildAttributeOrder() const {
+  m_theAttributeOrderBuilt = true;
+  m_theFirstUnreadInOrder = 0;
+  m_theAttributeOrder.resize(m_theAttributeCount);
+  const auto byTokenText = [this](std::uint32_t one, std::uint32_t other) {
+    return m_theAttributeEntries[one].local() < m_theAttributeEntries[other].local();
+  };
+  if (m_theAttributeCount > 16) {
+    for (std::size_t i = 0; i < m_theAttributeCount; ++i) m_theAttributeOrder[i] = static_cast<std::uint32_t>(i);
+    std::sort(m_theAttributeOrder.begin(), m_theAttributeOrder.end(), byTokenText);
+    return;
+  }
+  for (std::size_t i = 0; i < m_theAttributeCount; ++i) {
+    std::size_t at = i;
+    for (; at > 0 && byTokenText(static_cast<std::uint32_t>(i), m_theAttributeOrder[at - 1]); --at)
+      m_theAttributeOrder[at] = m_theAttributeOrder[at - 1];
+    m_theAttributeOrder[at] = static_cast<std::uint32_t>(i);
+  }
+}
+
+// The unread attribute with the smallest token text, or npos.
+std::size_t ZrXmlFileReader::firstUnreadAttribute() const {
+  if (m_theUnreadAttributes == 0) return npos;
+  if (!m_theAttributeOrderBuilt) buildAttributeOrder();
+  while (m_theAttributeEntries[m_theAttributeOrder[m_theFirstUnreadInOrder]].taken) ++m_theFirstUnreadInOrder;
+  return m_theAttributeOrder[m_theFirstUnreadInOrder];
+}
+
+// The unread attribute whose token text is the name's, or npos.
+std::size_t ZrXmlFileReader::findUnreadAttribute(const ZrToken& name) const {
+  if (m_theUnreadAttributes == 0) return npos;
+  const std::string_view wanted = name.tokenText();
+  if (m_theAttributeCount <= 16) {
+    for (std::size_t i = 0; i < m_theAttributeCount; ++i)
+      if (!m_theAttributeEntries[i].taken && m_theAttributeEntries[i].local() == wanted) return i;
+    return npos;
+  }
+  if (!m_theAttributeOrderBuilt) buildAttributeOrder();
+  const auto found = std::lower_bound(
+      m_theAttributeOrder.begin(), m_theAttributeOrder.end(), wanted,
+      [this](std::uint32_t index, std::string_view text) { return m_theAttributeEntries[index].local() < text; });
+  if (found == m_theAttributeOrder.end()) return npos;
+  const AttributeEntry& entry = m_theAttributeEntries[*found];
+  return !entry.taken && entry.local() == wanted ? *found : npos;
+}
+
+const ZrToken& ZrXmlFileReader::attributeToken(std::size_t index) const {
+  AttributeEntry& entry = m_theAttributeEntries[index];
+  if (!entry.tokenBuilt) {
+    assignName(entry.token, entry.name);
+    entry.tokenBuilt = true;
+  }
+  return entry.token;
 }
 
 ZrU32 ZrXmlFileReader::numOfAttributes() const { return m_theNumOfAttributes; }
 
-ZrU32 ZrXmlFileReader::remainingNumOfAttributes() const { return static_cast<ZrU32>(m_theAttributes.size()); }
+ZrU32 ZrXmlFileReader::remainingNumOfAttributes() const { return m_theUnreadAttributes; }
 
 std::string ZrXmlFileReader::content() const {
   if (m_theContentVectorFlag) return contentByWord();
@@ -441,8 +572,17 @@ void ZrXmlFileReader::setContentVectorFlag(bool flag) { m_theContentVectorFlag =
 const std::string& ZrXmlFileReader::filename() { return m_theFilename; }
 
 int ZrXmlFileReader::lineCountOfFile() const {
-  return m_theLineCount > std::numeric_limits<int>::max() ? std::numeric_limits<int>::max()
-                                                           : static_cast<int>(m_theLineCount);
+  const std::int64_t line = lineCount();
+  return line > std::numeric_limits<int>::max() ? std::numeric_limits<int>::max() : static_cast<int>(line);
+}
+
+std::int64_t ZrXmlFileReader::lineCount() const {
+  if (m_theLineCountedTo < m_theReadIndex) {
+    const char* data = m_theReadBuffer.data();
+    m_theLineCount += countLineFeeds(data + m_theLineCountedTo, data + m_theReadIndex);
+    m_theLineCountedTo = m_theReadIndex;
+  }
+  return m_theLineCount;
 }
 
 std::istream* ZrXmlFileReader::stream() const { return m_theStream; }
@@ -456,7 +596,7 @@ bool ZrXmlFileReader::atEndOfInput() const {
 
 void ZrXmlFileReader::warnMessage(const char* what) const {
   Zr::Print::instance().write(Zr::PrintError, "ZrXmlFileReader Error: %s\n\tFile: %s\n\tLine: %lld\n", what,
-                              m_theFilename.c_str(), static_cast<long long>(m_theLineCount));
+                              m_theFilename.c_str(), static_cast<long long>(lineCount()));
 }
 
 // Expands references in place: the text never grows, since every reference is at least as long as
@@ -520,6 +660,9 @@ bool ZrXmlFileReader::mayOpenElement() {
 }
 
 void ZrXmlFileReader::stopReading() {
+  keepAttributesOutOfBuffer();
+  lineCount();
+  m_theLineCountedTo = 0;
   m_theStreamExhausted = true;
   m_theReadBuffer.clear();
   m_theReadIndex = 0;
@@ -529,9 +672,12 @@ void ZrXmlFileReader::stopReading() {
 // false when the stream has nothing more to give.
 bool ZrXmlFileReader::readBlock() {
   if (m_theStreamExhausted) return false;
+  keepAttributesOutOfBuffer();
   if (m_theReadIndex > 0) {
+    lineCount();
     m_theReadBuffer.erase(0, m_theReadIndex);
     m_theReadIndex = 0;
+    m_theLineCountedTo = 0;
     if (m_theReadBuffer.capacity() > theShrinkThreshold && m_theReadBuffer.size() < theBlockSize) {
       m_theReadBuffer.shrink_to_fit();
       m_theReadBuffer.reserve(theBlockSize);
@@ -621,11 +767,7 @@ bool ZrXmlFileReader::ensureAvailable(std::size_t count) {
   return true;
 }
 
-void ZrXmlFileReader::consumeTo(std::size_t position) {
-  const char* data = m_theReadBuffer.data();
-  m_theLineCount += std::count(data + m_theReadIndex, data + position, '\n');
-  m_theReadIndex = position;
-}
+void ZrXmlFileReader::consumeTo(std::size_t position) { m_theReadIndex = position; }
 
 // Consumes characters of the class; false when the input ended before another character.
 bool ZrXmlFileReader::skipWhile(unsigned char charClass) {
@@ -968,24 +1110,25 @@ bool ZrXmlFileReader::parseStartTag(std::string_view text) {
   const char* nameBegin = at;
   while (at < end && !isWhite(*at)) ++at;
   std::string_view name(nameBegin, static_cast<std::size_t>(at - nameBegin));
-  if (splitName(name).emptyToken) {
+  const SplitName splitElementName = splitName(name);
+  if (splitElementName.emptyToken) {
     m_theElementStack.back().element = m_theElementStack.size() > 1
                                            ? m_theElementStack[m_theElementStack.size() - 2].element
                                            : m_theNullToken;  // the entry stays a copy of its parent
     warnMessage("file not well formed.\n\tNo element name found in start tag.");
     return false;
   }
-  if (!m_theAttributes.empty()) {
-    warnMessage("file possibly not valid.\n\tPrevious attribute names were not used.");
-    clearAttributes();
-  }
+  if (m_theUnreadAttributes != 0) warnMessage("file possibly not valid.\n\tPrevious attribute names were not used.");
+  clearAttributes();
+  if (expanding()) m_theAttributeText.reserve(text.size());  // expanded values are never longer
 
   for (;;) {
     const char* gap = at;
     while (at < end && isWhite(*at)) ++at;
     if (at == end) break;
     const char* attributeBegin = at;
-    while (at < end && !hasClass(*at, White | Equals)) ++at;
+    std::size_t localOffset = 0;
+    at = scanAttributeName(at, end, localOffset);
     std::string_view attribute(attributeBegin, static_cast<std::size_t>(at - attributeBegin));
     while (at < end && *at != '=') ++at;
     if (at == end) {
@@ -1021,11 +1164,11 @@ bool ZrXmlFileReader::parseStartTag(std::string_view text) {
     if (attribute[0] == 'x' && startsWith(attribute, "xmlns"))
       declareNamespace(attribute, value);
     else if (attribute[0] != 'x' || !startsWith(attribute, "xsi:"))
-      addAttribute(attribute, value);
+      addAttribute(attribute, localOffset, value);
   }
 
-  assignName(m_theElementStack.back().element, name);
-  m_theNumOfAttributes = static_cast<ZrU32>(m_theAttributes.size());
+  assignName(m_theElementStack.back().element, splitElementName);
+  m_theNumOfAttributes = m_theUnreadAttributes;
   if (m_theChecker) m_theChecker->checkStartTag(text, name, m_theElementStack.size(), m_theTagSuspect);
   return true;
 }
@@ -1055,31 +1198,74 @@ std::map<std::string, std::string> ZrXmlFileReader::namespacesInForce(std::size_
   return inForce;
 }
 
-// The first value of a name is kept. Map nodes of earlier tags are reused, so a document whose tags have
-// a steady number of attributes allocates nothing here once warmed up.
-void ZrXmlFileReader::addAttribute(std::string_view name, std::string_view value) {
-  if (m_theSpareAttributes.empty()) {
-    assignName(m_theAttributeName, name);
-    auto position = m_theAttributes.lower_bound(m_theAttributeName);
-    if (position == m_theAttributes.end() || m_theAttributeName < position->first) {
-      auto added = m_theAttributes.emplace_hint(position, m_theAttributeName, std::string(value));
-      if (expanding()) expandReferencesIn(added->second);
-    }
-    return;
+// The first value of a name is kept. A tag's duplicates are looked for among its earlier attributes one by
+// one, and through a set once it has many, so a tag with a million attributes is still read in linear time.
+void ZrXmlFileReader::addAttribute(std::string_view name, std::size_t localOffset, std::string_view value) {
+  const std::string_view local = name.substr(localOffset);
+  const std::size_t theFewAttributes = 16;
+  if (m_theAttributeCount < theFewAttributes) {
+    for (std::size_t i = 0; i < m_theAttributeCount; ++i)
+      if (m_theAttributeEntries[i].local() == local) return;
+  } else {
+    if (m_theAttributeLocals.empty())
+      for (std::size_t i = 0; i < m_theAttributeCount; ++i) m_theAttributeLocals.insert(m_theAttributeEntries[i].local());
+    if (!m_theAttributeLocals.insert(local).second) return;
   }
-  // The key is built in a spare node, which then serves for the look-up as well.
-  AttributeMap::node_type& node = m_theSpareAttributes.back();
-  assignName(node.key(), name);
-  auto position = m_theAttributes.lower_bound(node.key());
-  if (position != m_theAttributes.end() && !(node.key() < position->first)) return;
-  node.mapped().assign(value.data(), value.size());
-  if (expanding()) expandReferencesIn(node.mapped());
-  m_theAttributes.insert(position, std::move(node));
-  m_theSpareAttributes.pop_back();
+  if (expanding()) {
+    // Reserved for the whole tag when it began, so the text held so far never moves.
+    m_theScratch.assign(value.data(), value.size());
+    expandReferencesIn(m_theScratch);
+    const std::size_t offset = m_theAttributeText.size();
+    m_theAttributeText.append(m_theScratch);
+    value = std::string_view(m_theAttributeText).substr(offset);
+  }
+  if (m_theAttributeCount == m_theAttributeEntries.size()) m_theAttributeEntries.emplace_back();
+  AttributeEntry& entry = m_theAttributeEntries[m_theAttributeCount++];
+  entry.name = name;
+  entry.localOffset = localOffset;
+  entry.value = value;
+  entry.tokenBuilt = false;
+  entry.taken = false;
+  ++m_theUnreadAttributes;
+  m_theAttributesViewBuffer = true;
 }
 
 void ZrXmlFileReader::clearAttributes() {
-  while (!m_theAttributes.empty()) m_theSpareAttributes.push_back(m_theAttributes.extract(m_theAttributes.begin()));
+  m_theAttributeCount = 0;
+  m_theUnreadAttributes = 0;
+  m_theAttributeOrderBuilt = false;
+  m_theAttributesViewBuffer = false;
+  m_theAttributeText.clear();
+  if (!m_theAttributeLocals.empty()) m_theAttributeLocals.clear();
+}
+
+// Copies the unread names and values out of the read buffer, which is about to move or drop them. The
+// copy is made in one string sized for all of them, so the views into it stay valid.
+void ZrXmlFileReader::keepAttributesOutOfBuffer() {
+  if (!m_theAttributesViewBuffer) return;
+  m_theAttributesViewBuffer = false;
+  if (m_theUnreadAttributes == 0) return;
+  std::size_t total = 0;
+  for (std::size_t i = 0; i < m_theAttributeCount; ++i)
+    if (!m_theAttributeEntries[i].taken) total += m_theAttributeEntries[i].name.size() + m_theAttributeEntries[i].value.size();
+  std::string held;
+  held.reserve(std::max<std::size_t>(total, 64));  // never the string's in-object storage, which a move copies
+  const auto keep = [&held](std::string_view text) {
+    const std::size_t offset = held.size();
+    held.append(text.data(), text.size());
+    return std::string_view(held.data() + offset, text.size());
+  };
+  for (std::size_t i = 0; i < m_theAttributeCount; ++i) {
+    AttributeEntry& entry = m_theAttributeEntries[i];
+    if (entry.taken) {
+      entry.name = entry.value = std::string_view();
+      continue;
+    }
+    entry.name = keep(entry.name);
+    entry.value = keep(entry.value);
+  }
+  m_theAttributeText = std::move(held);
+  if (!m_theAttributeLocals.empty()) m_theAttributeLocals.clear();  // its views were into the buffer
 }
 
 // An entry holds only the declarations its own tag added: the declarations in force live in one table
@@ -1140,8 +1326,8 @@ std::string ZrXmlFileReader::getChildrenAsString() {
       case 1:
       case 3:
         children.append(1, '<').append(element().tokenText());
-        while (!m_theAttributes.empty()) {
-          children.append(1, ' ').append(m_theAttributes.begin()->first.tokenText());
+        while (m_theUnreadAttributes != 0) {
+          children.append(1, ' ').append(attributeName().tokenText());
           const std::string& value = attributeValue();
           char quote = value.find('"') == std::string::npos ? '"' : '\'';
           children.append("=").append(1, quote).append(value).append(1, quote);
@@ -1160,7 +1346,7 @@ std::string ZrXmlFileReader::getChildrenAsString() {
         Zr::Print::instance().write(Zr::PrintError,
                                     "getChildrenAsString Error: end of file too early -- expecting start tag.\n"
                                     "\tFile: %s\n\tLine: %lld\n",
-                                    m_theFilename.c_str(), static_cast<long long>(m_theLineCount));
+                                    m_theFilename.c_str(), static_cast<long long>(lineCount()));
         return children;
       default:
         return children;

@@ -14,6 +14,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 // The library's own non-validating XML tokenizer: reads one document from a stream in blocks and, on
@@ -27,7 +28,8 @@
 // memchr from where the previous search stopped, so a tag, comment or text run spanning many blocks costs
 // time linear in its size; the consumed front of the buffer is dropped once per block read. A single
 // tag, comment or text run longer than defaultMaxTokenSize() is reported and ends reading, so bad input
-// cannot grow memory without bound. Line feeds are counted over every consumed range. A UTF-8 byte-order
+// cannot grow memory without bound. Line feeds are counted when a line number is needed (a message, a
+// block read that drops the consumed front), over what was consumed since the last count. A UTF-8 byte-order
 // mark at the very start is skipped; a UTF-16 document is reported once and not read.
 //
 // Decisions of this implementation:
@@ -113,7 +115,7 @@ class ZrXmlFileReader {
   virtual const std::string& filename();
   // The current line; past the largest int it stays at the largest int (messages print the whole count).
   virtual int lineCountOfFile() const;
-  std::int64_t lineCount() const { return m_theLineCount; }
+  std::int64_t lineCount() const;
   virtual ZrBoolean nextMatchingEndTag();
   virtual std::string getChildrenAsString();
   virtual std::istream* stream() const;
@@ -202,18 +204,18 @@ class ZrXmlFileReader {
   static void setDefaultMaxTokenSize(std::size_t bytes);
 
  protected:
-  typedef std::map<ZrToken, std::string> AttributeMap;
-
   std::istream* m_theStream;
   std::string m_theFilename;
   std::deque<ElementStruct> m_theElementStack;
-  AttributeMap m_theAttributes;
   ZrU32 m_theNumOfAttributes;
   mutable std::string m_theContent;
   mutable std::size_t m_theContentOffset;  // words before it were taken by contentByWord()
   ZrBoolean m_theContentVectorFlag;
   int m_theMode;
-  std::int64_t m_theLineCount;  // 64 bits: a document may hold more lines than an int counts
+  // 64 bits: a document may hold more lines than an int counts. Up to date for the buffer's bytes before
+  // m_theLineCountedTo; lineCount() counts the rest of what was consumed.
+  mutable std::int64_t m_theLineCount;
+  mutable std::size_t m_theLineCountedTo = 0;
   ZrToken m_theEndTag;
   ZrToken m_theWorkToken;  // the element name while a start tag is parsed
   std::string m_theValueBuffer;
@@ -255,11 +257,17 @@ class ZrXmlFileReader {
   int readEndTag(std::string_view tag);
   bool parseStartTag(std::string_view text);
   void declareNamespace(std::string_view name, std::string_view uri);
-  void addAttribute(std::string_view name, std::string_view value);
+  void addAttribute(std::string_view name, std::size_t localOffset, std::string_view value);
   void pushElement();
   void popElement();
   void clearAttributes();
-  void takeAttributeValue(AttributeMap::iterator entry);
+  void keepAttributesOutOfBuffer();
+  void rebaseAttributes(const ZrXmlFileReader& other);
+  void buildAttributeOrder() const;
+  std::size_t firstUnreadAttribute() const;
+  std::size_t findUnreadAttribute(const ZrToken& name) const;
+  const ZrToken& attributeToken(std::size_t index) const;
+  const std::string& takeAttributeValue(std::size_t index);
   bool closesElement(const ZrToken& target, std::size_t depth) const;
   void warnFormatted(const char* format, ...) const
 #if defined(__GNUC__)
@@ -275,7 +283,30 @@ class ZrXmlFileReader {
   void fastFinishTag(bool closeEmptyPair);
   bool fastCloseEndTag(bool onlyIfNamed);
 
-  std::vector<AttributeMap::node_type> m_theSpareAttributes;  // nodes kept for reuse by later tags
+  // The attributes of the current start tag, in document order, a name's later duplicates left out. Names
+  // and values view the read buffer where the tag was read, so parsing a tag copies nothing; before the
+  // buffer changes, what is still unread is copied into m_theAttributeText. The order by token text, which
+  // the accessors hand attributes out in, and each attribute's ZrToken are built only when asked for.
+  // Entries are kept from tag to tag (only the first m_theAttributeCount are in use), so their tokens'
+  // strings are reused.
+  struct AttributeEntry {
+    std::string_view name;         // as written, prefix included
+    std::string_view value;        // as written, or with its references expanded
+    std::size_t localOffset = 0;   // where the token text (no namespace part, no prefix) begins in name
+    ZrToken token;                 // built on first request
+    bool tokenBuilt = false;
+    bool taken = false;            // handed out by attributeValue()
+    std::string_view local() const { return name.substr(localOffset); }
+  };
+  mutable std::vector<AttributeEntry> m_theAttributeEntries;
+  std::size_t m_theAttributeCount = 0;
+  ZrU32 m_theUnreadAttributes = 0;
+  mutable std::vector<std::uint32_t> m_theAttributeOrder;  // entry indexes by token text, when built
+  mutable bool m_theAttributeOrderBuilt = false;
+  mutable std::size_t m_theFirstUnreadInOrder = 0;  // every entry before it in the order was taken
+  bool m_theAttributesViewBuffer = false;  // some unread name or value views the read buffer
+  std::string m_theAttributeText;          // names and values that no longer view the read buffer
+  std::unordered_set<std::string_view> m_theAttributeLocals;  // duplicate check of tags with many attributes
   // The namespace declarations in force, by prefix, with the depth of the element that declared each:
   // a look-up costs the same however deep the document, and closing an element removes only its own.
   struct NamespaceBinding {
