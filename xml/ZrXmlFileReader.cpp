@@ -142,6 +142,14 @@ void assignName(ZrToken& token, const SplitName& name) {
 
 void assignName(ZrToken& token, std::string_view text) { assignName(token, splitName(text)); }
 
+// The same, leaving the token alone when it already holds the name, as end tags of one element name in a
+// row find it.
+void assignNameIfChanged(ZrToken& token, std::string_view text) {
+  const SplitName name = splitName(text);
+  if (name.local == token.tokenText() && name.xmlNamespace == token.namespaceText()) return;
+  assignName(token, name);
+}
+
 // Scans an attribute name up to white space or '=', noting where its token text begins (after the first
 // '#', then after the first ':' that follows), as splitName() would, in the same pass.
 inline const char* scanAttributeName(const char* at, const char* end, std::size_t& localOffset) {
@@ -503,6 +511,7 @@ void ZrXmlFileReader::buildAttributeOrder() const {
 // The unread attribute with the smallest token text, or npos.
 std::size_t ZrXmlFileReader::firstUnreadAttribute() const {
   if (m_theUnreadAttributes == 0) return npos;
+  if (m_theAttributeCount == 1) return 0;  // the one attribute, unread
   if (!m_theAttributeOrderBuilt) buildAttributeOrder();
   while (m_theAttributeEntries[m_theAttributeOrder[m_theFirstUnreadInOrder]].taken) ++m_theFirstUnreadInOrder;
   return m_theAttributeOrder[m_theFirstUnreadInOrder];
@@ -747,7 +756,15 @@ std::size_t ZrXmlFileReader::findChar(char c, std::size_t from) {
     if (from < size) {
       // Most tags and gaps between tags are short: look at the first bytes before calling memchr.
       const char* data = m_theReadBuffer.data();
-      std::size_t nearEnd = std::min(size, from + 16);
+      std::size_t nearEnd = std::min(size, from + 32);
+#ifdef __SSE2__
+      const __m128i wanted = _mm_set1_epi8(c);
+      for (; from + 16 <= nearEnd; from += 16) {
+        const int hits = _mm_movemask_epi8(
+            _mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(data + from)), wanted));
+        if (hits != 0) return from + static_cast<std::size_t>(__builtin_ctz(static_cast<unsigned>(hits)));
+      }
+#endif
       for (std::size_t at = from; at < nearEnd; ++at)
         if (data[at] == c) return at;
       if (nearEnd < size) {
@@ -1079,7 +1096,7 @@ int ZrXmlFileReader::classifyTag(std::string_view tag) {
 int ZrXmlFileReader::readEndTag(std::string_view tag) {
   if (tag.size() > 1 && tag[1] == ' ')
     warnMessage("file not well formed.\n\tWhite space cannot exist before end tag name.");
-  assignName(m_theEndTag, stripView(tag.substr(1)));
+  assignNameIfChanged(m_theEndTag, stripView(tag.substr(1)));
   m_theLastEndTagPopped = false;
   if (m_theElementStack.empty()) {
     warnMessage("file not well formed.\n\tMore end tags than start tags.");
