@@ -7,14 +7,37 @@
 #include "ZrXmlSchemaElementType.h"
 #include "ZrXmlWriter.h"
 
+#include <algorithm>
 #include <typeinfo>
+#include <utility>
+#include <vector>
 
 namespace {
 const int startTagMode = 1;
 const int emptyElementMode = 3;
 
 bool isElementStart(int mode) { return mode == startTagMode || mode == emptyElementMode; }
+
+bool sameCall(const ZrXmlRegistrationTable::Call& one, const ZrXmlRegistrationTable::Call& other) {
+  return one.kind == other.kind && one.readOnly == other.readOnly && one.null == other.null &&
+         (one.null || one.offset == other.offset) && one.token == other.token;
+}
 }  // namespace
+
+// One object's registerComponents() run: its calls are recorded into a new table for its class, or
+// compared with the table its class already has. Sessions nest when registering one object makes
+// another register (innermost last); calls of an object other than the innermost session's go to
+// that object's own maps.
+struct ZrXmlCompoundType::RegistrationSession {
+  const ZrXmlCompoundType* owner;
+  ZrXmlRegistrationTable* table;
+  bool recording;       // the table is new and takes every call
+  std::size_t matched;  // calls equal to the table's so far
+  bool ownMaps;         // the object keeps maps of its own: calls go there
+  RegistrationSession* outer;
+};
+
+ZrXmlCompoundType::RegistrationSession* ZrXmlCompoundType::m_theInnermostSession = nullptr;
 
 ZrXmlCompoundType::ZrXmlCompoundType() = default;
 
@@ -32,18 +55,23 @@ ZrXmlCompoundType::~ZrXmlCompoundType() = default;
 bool ZrXmlCompoundType::operator==(const ZrXmlCompoundType& other) const {
   bool result = ZrXmlObject::operator==(other);
   if (!xmlInitialized() || !other.xmlInitialized()) return result;
-  if (m_theSpecialDescriptorMap && other.m_theSpecialDescriptorMap &&
-      *m_theSpecialDescriptorMap != *other.m_theSpecialDescriptorMap)
-    result = false;
-  if (!m_theComponentMap || !other.m_theComponentMap || !result) return result;
-  if (m_theComponentMap->size() != other.m_theComponentMap->size()) return false;
-  // Only the registered tokens are compared; the members' values are the business of equality().
-  auto mine = m_theComponentMap->begin();
-  for (const auto& theirs : *other.m_theComponentMap) {
-    if (!(mine->first == theirs.first)) return false;
-    ++mine;
+  if (specialMapExists() && other.specialMapExists()) {
+    std::vector<std::pair<const ZrToken*, ZrU32>> mine, theirs;
+    forEachMark([&mine](const ZrToken& token, ZrU32 code) { mine.emplace_back(&token, code); });
+    other.forEachMark([&theirs](const ZrToken& token, ZrU32 code) { theirs.emplace_back(&token, code); });
+    const auto sameMark = [](const std::pair<const ZrToken*, ZrU32>& one, const std::pair<const ZrToken*, ZrU32>& two) {
+      return *one.first == *two.first && one.second == two.second;
+    };
+    if (!std::equal(mine.begin(), mine.end(), theirs.begin(), theirs.end(), sameMark)) result = false;
   }
-  return result;
+  if (!componentMapExists() || !other.componentMapExists() || !result) return result;
+  // Only the registered tokens are compared; the members' values are the business of equality().
+  std::vector<const ZrToken*> mine, theirs;
+  forEachRegistered(ZrXmlRegistrationTable::ELEMENT, [&mine](const ZrToken& token, ZrXmlObject*) { mine.push_back(&token); });
+  other.forEachRegistered(ZrXmlRegistrationTable::ELEMENT,
+                          [&theirs](const ZrToken& token, ZrXmlObject*) { theirs.push_back(&token); });
+  return std::equal(mine.begin(), mine.end(), theirs.begin(), theirs.end(),
+                    [](const ZrToken* one, const ZrToken* two) { return *one == *two; });
 }
 
 void ZrXmlCompoundType::accept(ZrXmlObjectVisitor* visitor) const {
@@ -51,8 +79,141 @@ void ZrXmlCompoundType::accept(ZrXmlObjectVisitor* visitor) const {
 }
 
 ZrBoolean ZrXmlCompoundType::xmlInit() {
-  if (ZrXmlObject::xmlInit()) registerComponents();
+  if (ZrXmlObject::xmlInit()) registerThroughTable();
   return true;
+}
+
+void ZrXmlCompoundType::registerThroughTable() {
+  // Registering again (after setXmlInitialized(false)) adds to what the object holds, as maps do.
+  if (m_theSharedRegistrations) keepOwnMaps();
+  RegistrationSession session{this, nullptr, false, 0, hasOwnMaps(), m_theInnermostSession};
+  if (!session.ownMaps) {
+    session.table = ZrXmlRegistrationTable::find(typeid(*this));
+    if (!session.table) {
+      session.table = ZrXmlRegistrationTable::create(typeid(*this));
+      session.recording = true;
+    } else if (!session.table->sealed()) {
+      session.ownMaps = true;  // an object of the class is still being recorded further out
+    }
+  }
+  m_theInnermostSession = &session;
+  registerComponents();
+  m_theInnermostSession = session.outer;
+  finishRegistration(session);
+}
+
+void ZrXmlCompoundType::finishRegistration(const RegistrationSession& session) {
+  if (session.ownMaps) return;
+  if (session.recording) {
+    session.table->seal();
+    m_theSharedRegistrations = session.table;
+  } else if (session.matched == session.table->calls().size()) {
+    m_theSharedRegistrations = session.table;
+  } else {
+    replayIntoOwnMaps(*session.table, session.matched);  // fewer calls than the class's
+  }
+}
+
+void ZrXmlCompoundType::addRegistration(const ZrToken& token, ZrXmlObject* object, Kind kind, bool readOnly) {
+  RegistrationSession* session = m_theInnermostSession;
+  if (session && session->owner == this && !session->ownMaps) {
+    const ZrXmlRegistrationTable::Call call{token, ZrXmlRegistrationTable::offsetOf(this, object), kind, readOnly,
+                                            object == nullptr};
+    if (session->recording) {
+      session->table->record(call);
+      return;
+    }
+    const std::vector<ZrXmlRegistrationTable::Call>& calls = session->table->calls();
+    if (session->matched < calls.size() && sameCall(calls[session->matched], call)) {
+      ++session->matched;
+      return;
+    }
+    session->ownMaps = true;
+    replayIntoOwnMaps(*session->table, session->matched);
+  } else if (m_theSharedRegistrations) {
+    keepOwnMaps();
+  }
+  addToOwnMaps(token, object, kind, readOnly);
+}
+
+// What the registration functions do with maps of the object's own.
+void ZrXmlCompoundType::addToOwnMaps(const ZrToken& token, ZrXmlObject* object, Kind kind, bool readOnly) const {
+  ZrXmlCompoundType* self = const_cast<ZrXmlCompoundType*>(this);  // maps are mutable state
+  if (kind == ZrXmlRegistrationTable::ELEMENT) {
+    (*createComponentMap())[token] = object;
+    if (readOnly) (*self->createSpecialDescriptorMap())[token] = m_theReadOnlyElementCode;
+  } else {
+    (*self->createAttributeComponentMap())[token] = object;
+    if (readOnly) (*self->createSpecialDescriptorMap())[token] = m_theReadOnlyAttributeCode;
+  }
+}
+
+void ZrXmlCompoundType::replayIntoOwnMaps(const ZrXmlRegistrationTable& table, std::size_t calls) const {
+  for (std::size_t i = 0; i < calls; ++i) {
+    const ZrXmlRegistrationTable::Call& call = table.calls()[i];
+    const ZrXmlRegistrationTable::Entry member{call.token, call.offset, call.null};
+    addToOwnMaps(call.token, ZrXmlRegistrationTable::memberAt(this, member), call.kind, call.readOnly);
+  }
+}
+
+// From now on the object holds its registrations in maps of its own, built from the shared table.
+void ZrXmlCompoundType::keepOwnMaps() const {
+  const ZrXmlRegistrationTable* table = m_theSharedRegistrations;
+  if (!table) return;
+  m_theSharedRegistrations = nullptr;
+  replayIntoOwnMaps(*table, table->calls().size());
+  if (m_theComponentMapAskedFor) createComponentMap();
+}
+
+bool ZrXmlCompoundType::componentMapExists() const {
+  if (m_theSharedRegistrations) return !m_theSharedRegistrations->elements().empty() || m_theComponentMapAskedFor;
+  return m_theComponentMap != nullptr;
+}
+
+bool ZrXmlCompoundType::specialMapExists() const {
+  if (m_theSharedRegistrations) return !m_theSharedRegistrations->marks().empty();
+  return m_theSpecialDescriptorMap != nullptr;
+}
+
+bool ZrXmlCompoundType::findComponent(const ZrToken& token, Kind kind, ZrXmlObject*& component) {
+  if (const ZrXmlRegistrationTable* table = m_theSharedRegistrations) {
+    const bool element = kind == ZrXmlRegistrationTable::ELEMENT;
+    const ZrXmlRegistrationTable::Entry* entry = element ? table->findElement(token) : table->findAttribute(token);
+    if (!entry) {
+      if (element) m_theComponentMapAskedFor = true;
+      return false;
+    }
+    component = ZrXmlRegistrationTable::memberAt(this, *entry);
+    return true;
+  }
+  ComponentMap& components = kind == ZrXmlRegistrationTable::ELEMENT ? componentMap() : attributeComponentMap();
+  ComponentMap::iterator entry = components.find(token);
+  if (entry == components.end()) return false;
+  component = entry->second;
+  return true;
+}
+
+template <class Function>
+void ZrXmlCompoundType::forEachRegistered(Kind kind, Function function) const {
+  if (const ZrXmlRegistrationTable* table = m_theSharedRegistrations) {
+    const auto& entries = kind == ZrXmlRegistrationTable::ELEMENT ? table->elements() : table->attributes();
+    for (const ZrXmlRegistrationTable::Entry& entry : entries)
+      function(entry.token, ZrXmlRegistrationTable::memberAt(this, entry));
+    return;
+  }
+  const ComponentMap* map =
+      kind == ZrXmlRegistrationTable::ELEMENT ? m_theComponentMap.get() : m_theAttributeComponentMap.get();
+  if (map)
+    for (const auto& entry : *map) function(entry.first, entry.second);
+}
+
+template <class Function>
+void ZrXmlCompoundType::forEachMark(Function function) const {
+  if (const ZrXmlRegistrationTable* table = m_theSharedRegistrations) {
+    for (const ZrXmlRegistrationTable::Mark& mark : table->marks()) function(mark.token, mark.code);
+  } else if (m_theSpecialDescriptorMap) {
+    for (const auto& entry : *m_theSpecialDescriptorMap) function(entry.first, entry.second);
+  }
 }
 
 ZrBoolean ZrXmlCompoundType::read(ZrXmlReader& reader) {
@@ -91,25 +252,23 @@ ZrBoolean ZrXmlCompoundType::readElements(ZrXmlReader& reader) {
 }
 
 ZrBoolean ZrXmlCompoundType::readAttributeFromToken(const ZrToken& token, ZrXmlReader& reader) {
-  ComponentMap& attributes = attributeComponentMap();
-  ComponentMap::iterator entry = attributes.find(token);
-  if (entry == attributes.end()) {
+  ZrXmlObject* component = nullptr;
+  if (!findComponent(token, ZrXmlRegistrationTable::ATTRIBUTE, component)) {
     Zr::Print::instance().write(Zr::PrintError, "Bad attribute token: %s on line %d\n", token.c_str(),
                                 reader.lineCountOfFile());
     return false;
   }
-  if (entry->second) entry->second->readAttribute(reader);
+  if (component) component->readAttribute(reader);
   return true;
 }
 
 // A token registered with a null object is skipped like an unknown one, but without a report: the
 // registration itself says that the element is known and deliberately not kept.
 ZrBoolean ZrXmlCompoundType::readValueFromToken(const ZrToken& token, ZrXmlReader& reader) {
-  ComponentMap& components = componentMap();
-  ComponentMap::iterator entry = components.find(token);
-  if (entry == components.end()) return readValueFromSpecialToken(token, reader);
-  if (!entry->second) return false;
-  entry->second->read(reader);
+  ZrXmlObject* component = nullptr;
+  if (!findComponent(token, ZrXmlRegistrationTable::ELEMENT, component)) return readValueFromSpecialToken(token, reader);
+  if (!component) return false;
+  component->read(reader);
   return true;
 }
 
@@ -129,11 +288,11 @@ ZrBoolean ZrXmlCompoundType::write(ZrXmlWriter& writer) const {
 ZrBoolean ZrXmlCompoundType::writeAttributes(ZrXmlWriter& writer) const {
   ZrBoolean result = ZrXmlObject::write(writer);
   if (!result || !hasAttributes()) return result;
-  for (const auto& entry : *m_theAttributeComponentMap) {
-    if (!entry.second || isReadOnlyAttribute(entry.first)) continue;
-    writer.setAttributeName(entry.first);
-    entry.second->write(writer);
-  }
+  forEachRegistered(ZrXmlRegistrationTable::ATTRIBUTE, [this, &writer](const ZrToken& token, const ZrXmlObject* component) {
+    if (!component || isReadOnlyAttribute(token)) return;
+    writer.setAttributeName(token);
+    component->write(writer);
+  });
   return result;
 }
 
@@ -142,12 +301,12 @@ ZrBoolean ZrXmlCompoundType::writeAttributes(ZrXmlWriter& writer) const {
 ZrBoolean ZrXmlCompoundType::writeElements(ZrXmlWriter& writer) const {
   if (!hasChildren()) return true;
   const bool writeDefaults = writer.writeDefaultDataFlag();
-  for (const auto& entry : *m_theComponentMap) {
-    const ZrXmlObject* component = entry.second;
-    if (!component || isReadOnlyComponent(entry.first)) continue;
-    if (!writeDefaults && !component->isBasicType() && component->equalsDefault()) continue;
-    writeElement(writer, entry.first, *component);
-  }
+  forEachRegistered(ZrXmlRegistrationTable::ELEMENT,
+                    [this, &writer, writeDefaults](const ZrToken& token, const ZrXmlObject* component) {
+                      if (!component || isReadOnlyComponent(token)) return;
+                      if (!writeDefaults && !component->isBasicType() && component->equalsDefault()) return;
+                      writeElement(writer, token, *component);
+                    });
   return true;
 }
 
@@ -166,11 +325,11 @@ ZrBoolean ZrXmlCompoundType::writeSchema(ZrXmlSchema& schema) const {
 ZrBoolean ZrXmlCompoundType::writeSchemaAttributes(ZrXmlSchema& schema) const {
   ZrBoolean result = ZrXmlObject::writeSchema(schema);
   if (!result || !hasAttributes()) return result;
-  for (const auto& entry : *m_theAttributeComponentMap) {
-    if (!entry.second) continue;
-    schema.setAttributeName(entry.first);
-    entry.second->writeSchema(schema);
-  }
+  forEachRegistered(ZrXmlRegistrationTable::ATTRIBUTE, [&schema](const ZrToken& token, const ZrXmlObject* component) {
+    if (!component) return;
+    schema.setAttributeName(token);
+    component->writeSchema(schema);
+  });
   return result;
 }
 
@@ -179,39 +338,37 @@ ZrBoolean ZrXmlCompoundType::writeSchemaAttributes(ZrXmlSchema& schema) const {
 ZrBoolean ZrXmlCompoundType::writeSchemaElements(ZrXmlSchema& schema) const {
   if (!hasChildren()) return true;
   schema.openGroup();
-  for (const auto& entry : *m_theComponentMap) {
-    const ZrXmlObject* component = entry.second;
-    if (!component) continue;
-    schema.writeStartTag(entry.first, ZrXmlSchemaElementType::XML_STARTTAG_OPTION);
+  forEachRegistered(ZrXmlRegistrationTable::ELEMENT, [&schema](const ZrToken& token, const ZrXmlObject* component) {
+    if (!component) return;
+    schema.writeStartTag(token, ZrXmlSchemaElementType::XML_STARTTAG_OPTION);
     const char* typeName = typeid(*component).name();
     if (*typeName == '*') ++typeName;
-    if (!schema.isRegistered(entry.first, typeName)) {
+    if (!schema.isRegistered(token, typeName)) {
       component->writeSchema(schema);
       schema.writeEndTag();
     }
-  }
+  });
   schema.closeGroup();
   return true;
 }
 
 void ZrXmlCompoundType::registerComponent(const ZrToken& token, ZrXmlObject* object) {
-  (*createComponentMap())[token] = object;
+  addRegistration(token, object, ZrXmlRegistrationTable::ELEMENT, false);
 }
 
 void ZrXmlCompoundType::registerComponentReadOnly(const ZrToken& token, ZrXmlObject* object) {
-  (*createComponentMap())[token] = object;
-  (*createSpecialDescriptorMap())[token] = m_theReadOnlyElementCode;
+  addRegistration(token, object, ZrXmlRegistrationTable::ELEMENT, true);
 }
 
 void ZrXmlCompoundType::registerAttributeComponent(const ZrToken& token, ZrXmlObject* object) {
-  (*createAttributeComponentMap())[token] = object;
+  addRegistration(token, object, ZrXmlRegistrationTable::ATTRIBUTE, false);
 }
 
 void ZrXmlCompoundType::registerAttributeComponentReadOnly(const ZrToken& token, ZrXmlObject* object) {
-  (*createAttributeComponentMap())[token] = object;
-  (*createSpecialDescriptorMap())[token] = m_theReadOnlyAttributeCode;
+  addRegistration(token, object, ZrXmlRegistrationTable::ATTRIBUTE, true);
 }
 
+// Whoever asks for a map may change it: the object keeps maps of its own from then on.
 ZrXmlCompoundType::ComponentMap& ZrXmlCompoundType::componentMap() const { return *createComponentMap(); }
 
 ZrXmlCompoundType::ComponentMap& ZrXmlCompoundType::attributeComponentMap() { return *createAttributeComponentMap(); }
@@ -220,9 +377,13 @@ ZrXmlCompoundType::SpecialDescriptorMap& ZrXmlCompoundType::specialDescriptorMap
   return *createSpecialDescriptorMap();
 }
 
-ZrBoolean ZrXmlCompoundType::hasChildren() const { return m_theComponentMap && !m_theComponentMap->empty(); }
+ZrBoolean ZrXmlCompoundType::hasChildren() const {
+  if (m_theSharedRegistrations) return !m_theSharedRegistrations->elements().empty();
+  return m_theComponentMap && !m_theComponentMap->empty();
+}
 
 ZrBoolean ZrXmlCompoundType::hasAttributes() const {
+  if (m_theSharedRegistrations) return !m_theSharedRegistrations->attributes().empty();
   return m_theAttributeComponentMap && !m_theAttributeComponentMap->empty();
 }
 
@@ -233,16 +394,19 @@ ZrXmlCompoundType::SpecialDescriptorMap* ZrXmlCompoundType::newSpecialDescriptor
 }
 
 ZrXmlCompoundType::ComponentMap* ZrXmlCompoundType::createComponentMap() const {
+  keepOwnMaps();
   if (!m_theComponentMap) m_theComponentMap.reset(newComponentMap());
   return m_theComponentMap.get();
 }
 
 ZrXmlCompoundType::ComponentMap* ZrXmlCompoundType::createAttributeComponentMap() {
+  keepOwnMaps();
   if (!m_theAttributeComponentMap) m_theAttributeComponentMap.reset(newComponentMap());
   return m_theAttributeComponentMap.get();
 }
 
 ZrXmlCompoundType::SpecialDescriptorMap* ZrXmlCompoundType::createSpecialDescriptorMap() {
+  keepOwnMaps();
   if (!m_theSpecialDescriptorMap) m_theSpecialDescriptorMap.reset(newSpecialDescriptorMap());
   return m_theSpecialDescriptorMap.get();
 }
@@ -256,6 +420,7 @@ ZrBoolean ZrXmlCompoundType::isReadOnlyAttribute(const ZrToken& token) const {
 }
 
 bool ZrXmlCompoundType::hasSpecialCode(const ZrToken& token, ZrU32 code) const {
+  if (m_theSharedRegistrations) return m_theSharedRegistrations->hasMark(token, code);
   if (!m_theSpecialDescriptorMap) return false;
   SpecialDescriptorMap::const_iterator entry = m_theSpecialDescriptorMap->find(token);
   return entry != m_theSpecialDescriptorMap->end() && entry->second == code;
@@ -263,10 +428,10 @@ bool ZrXmlCompoundType::hasSpecialCode(const ZrToken& token, ZrU32 code) const {
 
 void ZrXmlCompoundType::forEachComponent(const ComponentFunction& function) const {
   ensureXmlInit();
-  if (hasAttributes())
-    for (const auto& entry : *m_theAttributeComponentMap)
-      function(entry.first, entry.second, ATTRIBUTE_COMPONENT, isReadOnlyAttribute(entry.first));
-  if (hasChildren())
-    for (const auto& entry : *m_theComponentMap)
-      function(entry.first, entry.second, ELEMENT_COMPONENT, isReadOnlyComponent(entry.first));
+  forEachRegistered(ZrXmlRegistrationTable::ATTRIBUTE, [this, &function](const ZrToken& token, const ZrXmlObject* component) {
+    function(token, component, ATTRIBUTE_COMPONENT, isReadOnlyAttribute(token));
+  });
+  forEachRegistered(ZrXmlRegistrationTable::ELEMENT, [this, &function](const ZrToken& token, const ZrXmlObject* component) {
+    function(token, component, ELEMENT_COMPONENT, isReadOnlyComponent(token));
+  });
 }

@@ -2,6 +2,7 @@
 #define ZR_XML_COMPOUND_TYPE_H
 
 #include <ZrXmlObject.h>
+#include <ZrXmlRegistrationTable.h>
 
 #include <functional>
 #include <map>
@@ -19,6 +20,14 @@
 // A read-only registration is read from documents and described in the schema but never written.
 // Element and attribute registrations share one read-only table keyed by token, so a token marked
 // read-only both ways keeps only the kind marked last.
+//
+// Where the registrations are kept. An object whose registerComponents() makes the same calls as the
+// first object of its class (same tokens, same order, members at the same offsets) shares that class's
+// ZrXmlRegistrationTable and holds no maps: reading, writing and the schema look members up in the
+// table. The maps of this interface (componentMap() and its siblings) are then built from the table
+// when first asked for, and the object keeps them from then on, as it does when its calls differ from
+// its class's or when it registers anything after xmlInit. Either way every operation sees the same
+// registrations.
 class ZrXmlCompoundType : public ZrXmlObject {
  public:
   typedef std::map<ZrToken, ZrXmlObject*> ComponentMap;
@@ -81,9 +90,36 @@ class ZrXmlCompoundType : public ZrXmlObject {
   void forEachComponent(const ComponentFunction& function) const;
 
  private:
+  struct RegistrationSession;
+  typedef ZrXmlRegistrationTable::Kind Kind;
+
   bool hasSpecialCode(const ZrToken& token, ZrU32 code) const;
   void writeElement(ZrXmlWriter& writer, const ZrToken& token, const ZrXmlObject& component) const;
 
+  // Registration through the class's table (see the class comment).
+  void registerThroughTable();
+  void finishRegistration(const RegistrationSession& session);
+  void addRegistration(const ZrToken& token, ZrXmlObject* object, Kind kind, bool readOnly);
+  void addToOwnMaps(const ZrToken& token, ZrXmlObject* object, Kind kind, bool readOnly) const;
+  void replayIntoOwnMaps(const ZrXmlRegistrationTable& table, std::size_t calls) const;
+  void keepOwnMaps() const;
+  bool hasOwnMaps() const { return m_theComponentMap || m_theAttributeComponentMap || m_theSpecialDescriptorMap; }
+  bool componentMapExists() const;
+  bool specialMapExists() const;
+  // The member registered for a token, found through the table or the maps; false when none is.
+  bool findComponent(const ZrToken& token, Kind kind, ZrXmlObject*& component);
+  template <class Function>
+  void forEachRegistered(Kind kind, Function function) const;
+  template <class Function>
+  void forEachMark(Function function) const;
+
+  static RegistrationSession* m_theInnermostSession;
+
+  // Shared with the other objects of the class, or null while the object keeps maps of its own.
+  mutable const ZrXmlRegistrationTable* m_theSharedRegistrations = nullptr;
+  // A look-up through the table found no element registrations: the component map would have been
+  // created empty by it, which operator== can tell from no map at all.
+  mutable bool m_theComponentMapAskedFor = false;
   // Created on first need, also from const operations.
   mutable std::unique_ptr<ComponentMap> m_theComponentMap;
   mutable std::unique_ptr<ComponentMap> m_theAttributeComponentMap;

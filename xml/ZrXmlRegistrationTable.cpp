@@ -1,0 +1,82 @@
+#include "ZrXmlRegistrationTable.h"
+
+#include <algorithm>
+#include <memory>
+#include <typeindex>
+#include <unordered_map>
+
+namespace {
+// Tables live until the program ends and are never destroyed: objects with static storage may still
+// read or write themselves while other statics are being destroyed.
+std::unordered_map<std::type_index, std::unique_ptr<ZrXmlRegistrationTable>>& tables() {
+  static auto* theTables = new std::unordered_map<std::type_index, std::unique_ptr<ZrXmlRegistrationTable>>;
+  return *theTables;
+}
+
+bool byTokenText(const ZrXmlRegistrationTable::Entry& entry, const std::string& text) {
+  return entry.token.tokenText() < text;
+}
+
+// map[token] = value on a vector kept sorted by token text: a token text already present keeps its
+// first token and takes the new value.
+template <class Item, class Assign>
+void assignSorted(std::vector<Item>& items, const ZrToken& token, Assign assign) {
+  auto place = std::lower_bound(items.begin(), items.end(), token.tokenText(),
+                                [](const Item& item, const std::string& text) { return item.token.tokenText() < text; });
+  if (place == items.end() || place->token.tokenText() != token.tokenText()) {
+    Item item{};
+    item.token = token;
+    place = items.insert(place, item);
+  }
+  assign(*place);
+}
+}  // namespace
+
+ZrXmlRegistrationTable* ZrXmlRegistrationTable::find(const std::type_info& type) {
+  auto found = tables().find(std::type_index(type));
+  return found == tables().end() ? nullptr : found->second.get();
+}
+
+ZrXmlRegistrationTable* ZrXmlRegistrationTable::create(const std::type_info& type) {
+  std::unique_ptr<ZrXmlRegistrationTable>& table = tables()[std::type_index(type)];
+  table.reset(new ZrXmlRegistrationTable);
+  return table.get();
+}
+
+std::intptr_t ZrXmlRegistrationTable::offsetOf(const void* object, const ZrXmlObject* member) {
+  return static_cast<std::intptr_t>(reinterpret_cast<std::uintptr_t>(member) -
+                                    reinterpret_cast<std::uintptr_t>(object));
+}
+
+ZrXmlObject* ZrXmlRegistrationTable::memberAt(const void* object, const Entry& entry) {
+  if (entry.null) return nullptr;
+  return reinterpret_cast<ZrXmlObject*>(reinterpret_cast<std::uintptr_t>(object) +
+                                        static_cast<std::uintptr_t>(entry.offset));
+}
+
+void ZrXmlRegistrationTable::seal() {
+  for (const Call& call : m_theCalls) {
+    std::vector<Entry>& entries = call.kind == ELEMENT ? m_theElements : m_theAttributes;
+    assignSorted(entries, call.token, [&call](Entry& entry) {
+      entry.offset = call.offset;
+      entry.null = call.null;
+    });
+    if (call.readOnly) {
+      const ZrU32 code = call.kind == ELEMENT ? 0 : 1;
+      assignSorted(m_theMarks, call.token, [code](Mark& mark) { mark.code = code; });
+    }
+  }
+  m_theSealed = true;
+}
+
+bool ZrXmlRegistrationTable::hasMark(const ZrToken& token, ZrU32 code) const {
+  auto place = std::lower_bound(m_theMarks.begin(), m_theMarks.end(), token.tokenText(),
+                                [](const Mark& mark, const std::string& text) { return mark.token.tokenText() < text; });
+  return place != m_theMarks.end() && place->token.tokenText() == token.tokenText() && place->code == code;
+}
+
+const ZrXmlRegistrationTable::Entry* ZrXmlRegistrationTable::findIn(const std::vector<Entry>& entries,
+                                                                    const ZrToken& token) {
+  auto place = std::lower_bound(entries.begin(), entries.end(), token.tokenText(), byTokenText);
+  return place != entries.end() && place->token.tokenText() == token.tokenText() ? &*place : nullptr;
+}
