@@ -1288,13 +1288,19 @@ void ZrXmlFileReader::keepAttributesOutOfBuffer() {
 // An entry holds only the declarations its own tag added: the declarations in force live in one table
 // beside the stack, so opening and closing an element that declares nothing costs the same however many
 // declarations are in scope.
-void ZrXmlFileReader::pushElement() { m_theElementStack.emplace_back(); }
+// The entry pushed is a spare: its name is set by the caller, and its declarations were cleared when it
+// was popped.
+void ZrXmlFileReader::pushElement() { m_theElementStack.push(); }
 
 void ZrXmlFileReader::popElement() {
   if (m_theElementStack.empty()) return;
   if (m_theChecker) m_theChecker->closeElement(m_theElementStack.size());
-  for (const auto& declaration : m_theElementStack.back().namespaces) m_theNamespacesInForce.erase(declaration.first);
-  m_theElementStack.pop_back();
+  std::map<std::string, std::string>& declarations = m_theElementStack.back().namespaces;
+  if (!declarations.empty()) {
+    for (const auto& declaration : declarations) m_theNamespacesInForce.erase(declaration.first);
+    declarations.clear();
+  }
+  m_theElementStack.pop();
 }
 
 // ---------------------------------------------------------------------------------------------------------

@@ -3,6 +3,7 @@
 
 #include <ZrToken.h>
 #include <ZrTypes.h>
+#include <ZrXmlSpareStack.h>
 
 #include <boost/scoped_array.hpp>
 #include <cstddef>
@@ -148,7 +149,7 @@ class ZrXmlFileReader {
   virtual void warnMessage(const char* what) const;
 
   // Read-only view of the open elements, innermost last.
-  const std::deque<ElementStruct>& openElements() const { return m_theElementStack; }
+  const ZrXmlSpareStack<ElementStruct>& openElements() const { return m_theElementStack; }
   // The namespace declarations in force on the open element at index (0 the outermost): its own and its
   // ancestors', a prefix keeping the first URI declared for it. Built on request.
   std::map<std::string, std::string> namespacesInForce(std::size_t index) const;
@@ -206,7 +207,8 @@ class ZrXmlFileReader {
  protected:
   std::istream* m_theStream;
   std::string m_theFilename;
-  std::deque<ElementStruct> m_theElementStack;
+  // Closed elements' entries are kept for the next elements opened, so going up and down allocates nothing.
+  ZrXmlSpareStack<ElementStruct> m_theElementStack;
   ZrU32 m_theNumOfAttributes;
   mutable std::string m_theContent;
   mutable std::size_t m_theContentOffset;  // words before it were taken by contentByWord()
