@@ -106,7 +106,9 @@ class Sensor : public ZrXmlCompoundType {
   ZrXmlObject* newObject() const override { return new Sensor(); }
   ZrBoolean equality(const ZrXmlObject* other) const override {
     const Sensor* sensor = dynamic_cast<const Sensor*>(other);
-    return sensor && record() == sensor->record();
+    return sensor && m_theId == sensor->m_theId && m_theLabel == sensor->m_theLabel &&
+           m_theOffsets == sensor->m_theOffsets && m_theChannels == sensor->m_theChannels &&
+           m_theGain == sensor->m_theGain && m_theSamples == sensor->m_theSamples;
   }
   ZrToken token() const override { return ZrToken("http://www.zrtoolkit.org/namespace/cr", "sensor"); }
 

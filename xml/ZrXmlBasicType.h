@@ -124,6 +124,14 @@ bool parseText(const std::string& text, T& value) {
   return stream.eof();
 }
 
+// The integer types the stream writes as plain decimal numbers (not the character and boolean types).
+template <class T>
+struct isPlainInteger
+    : std::integral_constant<bool, std::is_same<T, short>::value || std::is_same<T, unsigned short>::value ||
+                                       std::is_same<T, int>::value || std::is_same<T, unsigned int>::value ||
+                                       std::is_same<T, long>::value || std::is_same<T, unsigned long>::value ||
+                                       std::is_same<T, long long>::value || std::is_same<T, unsigned long long>::value> {};
+
 void formatText(std::ostream& out, bool value);
 void formatText(std::ostream& out, unsigned char value);
 void formatText(std::ostream& out, char value);
@@ -228,6 +236,9 @@ ZrBoolean ZrXmlBasicType<T>::write(ZrXmlWriter& writer) const {
     writer.realData(m_theValue);  // the writer chooses between six digits and the lossless form
   } else if constexpr (std::is_same<T, ZrAngle>::value || std::is_same<T, ZrNonNegReal>::value) {
     writer.realData(m_theValue.value());
+  } else if constexpr (ZrXmlValueText::isPlainInteger<T>::value) {
+    if constexpr (std::is_signed<T>::value) writer.integerData(m_theValue);
+    else writer.unsignedData(m_theValue);
   } else {
     std::ostringstream& stream = writer.valueStream();
     ZrXmlValueText::formatText(stream, m_theValue);

@@ -4,6 +4,7 @@
 #include <ZrPrint.h>
 #include <ZrXmlSchemaElementType.h>
 
+#include <charconv>
 #include <cstring>
 
 #ifndef ZR_STYLESHEET_URL
@@ -238,16 +239,24 @@ ZrXmlWriter::~ZrXmlWriter() = default;
 
 // ---- output helpers ----
 
-void ZrXmlWriter::put(const std::string& text) {
-  if (m_theOutput) m_theOutput->write(text.data(), static_cast<std::streamsize>(text.size()));
-}
+void ZrXmlWriter::put(const std::string& text) { put(text.data(), text.size()); }
 
-void ZrXmlWriter::put(const char* text) {
-  if (m_theOutput) *m_theOutput << text;
-}
+void ZrXmlWriter::put(const char* text) { put(text, std::char_traits<char>::length(text)); }
 
+// Straight into the stream's buffer: the stream's own write() builds a sentry for every call, which
+// costs more than the few bytes of a tag. The stream's state follows as with write(): nothing is
+// written to a stream that is not good, and a short write makes it bad.
 void ZrXmlWriter::put(const char* text, std::size_t size) {
-  if (m_theOutput) m_theOutput->write(text, static_cast<std::streamsize>(size));
+  if (!m_theOutput) return;
+  std::ostream& out = *m_theOutput;
+  if (!out.good() || !out.rdbuf()) {
+    out.setstate(std::ios_base::failbit);
+    return;
+  }
+  if (std::ostream* tied = out.tie()) tied->flush();
+  if (out.rdbuf()->sputn(text, static_cast<std::streamsize>(size)) != static_cast<std::streamsize>(size))
+    out.setstate(std::ios_base::badbit);
+  if (out.flags() & std::ios_base::unitbuf) out.flush();
 }
 
 void ZrXmlWriter::tab(unsigned count) {
@@ -629,16 +638,50 @@ void writeValue(ZrXmlWriter& writer, const std::string& text) { writer.data(text
 
 }  // namespace
 
+bool ZrXmlWriter::plainValueStream() const {
+  return m_theValueStream.flags() == (std::ios_base::dec | std::ios_base::skipws) && m_theValueStream.width() == 0 &&
+         m_theValueStream.getloc() == std::locale::classic();
+}
+
+// Six significant digits (the stream's precision) as the stream writes them: the shortest of fixed and
+// exponent form, trailing zeros dropped, as printf's %g does.
 void ZrXmlWriter::realData(double value) {
   if (m_theLosslessRealsFlag) {
     char text[ZrDOUBLE_CHARS_SIZE];
-    data(std::string(text, ZrDOUBLE2CHARS(value, text)));
+    data(text, ZrDOUBLE2CHARS(value, text));
+    return;
+  }
+  if (plainValueStream()) {
+    char digits[64];
+    const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general,
+                                                   static_cast<int>(m_theValueStream.precision()));
+    data(digits, static_cast<std::size_t>(end.ptr - digits));
     return;
   }
   m_theValueStream << value;
   data(m_theValueStream.str());
   m_theValueStream.str(std::string());
   m_theValueStream.clear();
+}
+
+void ZrXmlWriter::integerData(long long value) {
+  if (!plainValueStream()) {
+    writeValue(*this, value);
+    return;
+  }
+  char digits[24];
+  const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, value);
+  data(digits, static_cast<std::size_t>(end.ptr - digits));
+}
+
+void ZrXmlWriter::unsignedData(unsigned long long value) {
+  if (!plainValueStream()) {
+    writeValue(*this, value);
+    return;
+  }
+  char digits[24];
+  const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, value);
+  data(digits, static_cast<std::size_t>(end.ptr - digits));
 }
 
 template <class T>

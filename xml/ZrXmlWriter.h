@@ -164,6 +164,12 @@ class ZrXmlWriter {
 
   // The formatting stream of the value templates: a value is inserted, its text taken, the stream emptied.
   std::ostringstream& valueStream() { return m_theValueStream; }
+  // Whether the value stream still formats numbers as a fresh stream does (decimal, no width, the
+  // classic locale): numbers are then formatted straight into a buffer, to the same text.
+  bool plainValueStream() const;
+  // An integer's text as the value stream formats it, passed to data().
+  void integerData(long long value);
+  void unsignedData(unsigned long long value);
 
   // The schema file name that header() pairs with the namespace in xsi:schemaLocation: the file name
   // without its extension and directory, ".", the namespace's text after its last "/", ".xsd"
