@@ -97,6 +97,8 @@ const TypeName theTypeNames[] = {
 // objects duplicated across shared-library boundaries.
 const char* schemaTypeName(const std::type_info& info) {
   for (const TypeName& entry : theTypeNames)
+    if (&info == entry.info) return entry.name;
+  for (const TypeName& entry : theTypeNames)
     if (info == *entry.info || std::strcmp(info.name(), entry.info->name()) == 0) return entry.name;
   return "string";
 }
@@ -197,6 +199,7 @@ ZrXmlWriter::ZrXmlWriter(const ZrXmlWriter& other)
       m_theSchemaWriterFlag(other.m_theSchemaWriterFlag),
       m_theTypeName(other.m_theTypeName),
       m_theLastTypeInfo(other.m_theLastTypeInfo),
+      m_theNamedTypeInfo(other.m_theNamedTypeInfo),
       m_theNamespaceCompleteFlag(other.m_theNamespaceCompleteFlag),
       m_theLosslessRealsFlag(other.m_theLosslessRealsFlag),
       m_theEscapeMarkupFlag(other.m_theEscapeMarkupFlag) {
@@ -228,6 +231,7 @@ ZrXmlWriter& ZrXmlWriter::operator=(const ZrXmlWriter& other) {
   m_theSchemaWriterFlag = other.m_theSchemaWriterFlag;
   m_theTypeName = other.m_theTypeName;
   m_theLastTypeInfo = other.m_theLastTypeInfo;
+  m_theNamedTypeInfo = other.m_theNamedTypeInfo;
   m_theNamespaceCompleteFlag = other.m_theNamespaceCompleteFlag;
   m_theLosslessRealsFlag = other.m_theLosslessRealsFlag;
   m_theEscapeMarkupFlag = other.m_theEscapeMarkupFlag;
@@ -235,28 +239,33 @@ ZrXmlWriter& ZrXmlWriter::operator=(const ZrXmlWriter& other) {
 }
 
 // The output stream belongs to the caller and stays open.
-ZrXmlWriter::~ZrXmlWriter() = default;
+ZrXmlWriter::~ZrXmlWriter() { flushOutput(); }
 
 // ---- output helpers ----
 
-void ZrXmlWriter::put(const std::string& text) { put(text.data(), text.size()); }
+// The pieces of one call (a start tag, an attribute, an end tag) are gathered and handed to the stream
+// at the end of the call, in one piece: the stream sees everything a call wrote when the call returns.
+void ZrXmlWriter::put(const std::string& text) { m_theOutputBuffer.append(text); }
 
-void ZrXmlWriter::put(const char* text) { put(text, std::char_traits<char>::length(text)); }
+void ZrXmlWriter::put(const char* text) { m_theOutputBuffer.append(text); }
 
-// Straight into the stream's buffer: the stream's own write() builds a sentry for every call, which
-// costs more than the few bytes of a tag. The stream's state follows as with write(): nothing is
-// written to a stream that is not good, and a short write makes it bad.
-void ZrXmlWriter::put(const char* text, std::size_t size) {
-  if (!m_theOutput) return;
-  std::ostream& out = *m_theOutput;
-  if (!out.good() || !out.rdbuf()) {
-    out.setstate(std::ios_base::failbit);
-    return;
+void ZrXmlWriter::put(const char* text, std::size_t size) { m_theOutputBuffer.append(text, size); }
+
+// Straight into the stream's buffer: the stream's own write() builds a sentry for every call. The
+// stream's state follows as with write(): nothing is written to a stream that is not good, and a short
+// write makes it bad.
+void ZrXmlWriter::flushOutput() {
+  if (m_theOutputBuffer.empty()) return;
+  const std::streamsize size = static_cast<std::streamsize>(m_theOutputBuffer.size());
+  std::ostream* out = m_theOutput;
+  if (out && (!out->good() || !out->rdbuf())) {
+    out->setstate(std::ios_base::failbit);
+  } else if (out) {
+    if (std::ostream* tied = out->tie()) tied->flush();
+    if (out->rdbuf()->sputn(m_theOutputBuffer.data(), size) != size) out->setstate(std::ios_base::badbit);
+    if (out->flags() & std::ios_base::unitbuf) out->flush();
   }
-  if (std::ostream* tied = out.tie()) tied->flush();
-  if (out.rdbuf()->sputn(text, static_cast<std::streamsize>(size)) != static_cast<std::streamsize>(size))
-    out.setstate(std::ios_base::badbit);
-  if (out.flags() & std::ios_base::unitbuf) out.flush();
+  m_theOutputBuffer.clear();
 }
 
 void ZrXmlWriter::tab(unsigned count) {
@@ -338,6 +347,7 @@ void ZrXmlWriter::startContent() {
 void ZrXmlWriter::writeStartTag(const ZrToken& token) {
   openElement(token.namespaceText(), token.tokenText());
   if (m_theSchemaWriterFlag) m_theSchema.writeStartTag(token, ZrXmlSchemaElementType::XML_STARTTAG_OPTION);
+  flushOutput();
 }
 
 // The child takes its parent's namespace, so it never needs a declaration of its own. The generator is
@@ -348,6 +358,7 @@ void ZrXmlWriter::writeStartTagUsingParentNamespace(const ZrToken& token) {
   openElement(m_theDepth == 0 ? token.namespaceText() : innermost().element.namespaceText(), token.tokenText());
   if (m_theSchemaWriterFlag)
     m_theSchema.writeStartTagUsingParentNamespace(token, ZrXmlSchemaElementType::XML_STARTTAG_OPTION);
+  flushOutput();
 }
 
 // The two texts may live in the parent's entry, which pushing the new entry leaves in place.
@@ -415,9 +426,13 @@ void ZrXmlWriter::setAttributeName(const ZrToken& token) {
   put("=");
   m_theMode = 2;
   if (m_theSchemaWriterFlag) m_theSchema.setAttributeName(token);
+  flushOutput();
 }
 
-void ZrXmlWriter::attributeValue(const std::string& text) { putAttributeValue(text.data(), text.size()); }
+void ZrXmlWriter::attributeValue(const std::string& text) {
+  putAttributeValue(text.data(), text.size());
+  flushOutput();
+}
 
 void ZrXmlWriter::putAttributeValue(const char* text, std::size_t size) {
   put("\"");
@@ -472,6 +487,7 @@ void ZrXmlWriter::data(const char* text, std::size_t size) {
   switch (m_theMode) {
     case 2:
       putAttributeValue(text, size);
+      flushOutput();
       return;
     case 1:
     case 3:
@@ -540,6 +556,7 @@ void ZrXmlWriter::writeEndTag() {
     if (m_theSchemaWriterFlag) m_theSchema.writeEndTag();
   }
   m_theMode = 5;
+  flushOutput();
 }
 
 void ZrXmlWriter::setNumOfContentColumns(unsigned columns) { m_theNumOfContentColumns = columns; }
@@ -604,16 +621,24 @@ void ZrXmlWriter::header(const ZrToken& root, const std::string& schemaNamespace
   // The root's start tag stays open: its attributes and children follow, one writeEndTag closes it.
   startContent();
   if (m_theSchemaWriterFlag) m_theSchema.writeStartTag(root, ZrXmlSchemaElementType::XML_STARTTAG_OPTION);
+  flushOutput();
 }
 
 // ---- values ----
 
+// Values of different types alternate in most documents, so the schema name of the type is looked up
+// only when someone asks for it.
 void ZrXmlWriter::type(const std::type_info& info) {
-  if (&info != m_theLastTypeInfo) {
-    m_theTypeName = schemaTypeName(info);
-    m_theLastTypeInfo = &info;
-  }
+  m_theLastTypeInfo = &info;
   if (m_theSchemaWriterFlag) m_theSchema.setType(info);
+}
+
+const std::string& ZrXmlWriter::typeName() const {
+  if (m_theLastTypeInfo != m_theNamedTypeInfo) {
+    m_theTypeName = schemaTypeName(*m_theLastTypeInfo);
+    m_theNamedTypeInfo = m_theLastTypeInfo;
+  }
+  return m_theTypeName;
 }
 
 namespace {

@@ -154,7 +154,7 @@ class ZrXmlWriter {
   // Plain accessors.
   int mode() const { return m_theMode; }
   ZrU32 depth() const { return static_cast<ZrU32>(m_theDepth); }
-  const std::string& typeName() const { return m_theTypeName; }
+  const std::string& typeName() const;
   const std::string& filename() const { return m_theFilename; }
   const std::string& currentNamespace() const { return m_theCurrentNamespace; }
   bool schemaWriter() const { return m_theSchemaWriterFlag; }
@@ -220,6 +220,7 @@ class ZrXmlWriter {
   void put(const std::string& text);
   void put(const char* text);
   void put(const char* text, std::size_t size);
+  void flushOutput();
   void putAttributeValue(const char* text, std::size_t size);
   void putEscaped(const char* text, std::size_t size);
   void appendContent(const char* text, std::size_t size);
@@ -238,6 +239,7 @@ class ZrXmlWriter {
 
   std::ostringstream m_theValueStream;
   std::ostream* m_theOutput;
+  std::string m_theOutputBuffer;  // what the current call wrote, handed to the stream when it returns
   std::string m_theFilename;
   int m_theMode;
   // Open elements, innermost at m_theDepth - 1. Entries beyond the depth are kept as spares and
@@ -256,9 +258,10 @@ class ZrXmlWriter {
   std::string m_theSchemaLocationText;
   ZrXmlSchema m_theSchema;
   bool m_theSchemaWriterFlag;
-  std::string m_theTypeName;
-  // The type of the last value written: long arrays repeat it, and looking it up compares names.
+  mutable std::string m_theTypeName;  // the schema name of m_theNamedTypeInfo
+  // The type of the last value written; its schema name is looked up when typeName() asks.
   const std::type_info* m_theLastTypeInfo = nullptr;
+  mutable const std::type_info* m_theNamedTypeInfo = nullptr;
   bool m_theNamespaceCompleteFlag;
   bool m_theLosslessRealsFlag;
   bool m_theEscapeMarkupFlag;
