@@ -245,18 +245,23 @@ ZrXmlWriter::~ZrXmlWriter() { flushOutput(); }
 
 // The pieces of one call (a start tag, an attribute, an end tag) are gathered and handed to the stream
 // at the end of the call, in one piece: the stream sees everything a call wrote when the call returns.
-void ZrXmlWriter::put(const std::string& text) { m_theOutputBuffer.append(text); }
+void ZrXmlWriter::put(const std::string& text) { put(text.data(), text.size()); }
 
-void ZrXmlWriter::put(const char* text) { m_theOutputBuffer.append(text); }
+void ZrXmlWriter::put(const char* text) { put(text, std::strlen(text)); }
 
-void ZrXmlWriter::put(const char* text, std::size_t size) { m_theOutputBuffer.append(text, size); }
+// Most pieces are a few bytes: a copy into room already there, without a call into the string class.
+inline void ZrXmlWriter::put(const char* text, std::size_t size) {
+  if (m_theOutputBuffer.size() - m_theOutputSize < size) m_theOutputBuffer.resize(2 * (m_theOutputSize + size));
+  std::memcpy(m_theOutputBuffer.data() + m_theOutputSize, text, size);
+  m_theOutputSize += size;
+}
 
 // Straight into the stream's buffer: the stream's own write() builds a sentry for every call. The
 // stream's state follows as with write(): nothing is written to a stream that is not good, and a short
 // write makes it bad.
 void ZrXmlWriter::flushOutput() {
-  if (m_theOutputBuffer.empty()) return;
-  const std::streamsize size = static_cast<std::streamsize>(m_theOutputBuffer.size());
+  if (m_theOutputSize == 0) return;
+  const std::streamsize size = static_cast<std::streamsize>(m_theOutputSize);
   std::ostream* out = m_theOutput;
   if (out && (!out->good() || !out->rdbuf())) {
     out->setstate(std::ios_base::failbit);
@@ -265,7 +270,7 @@ void ZrXmlWriter::flushOutput() {
     if (out->rdbuf()->sputn(m_theOutputBuffer.data(), size) != size) out->setstate(std::ios_base::badbit);
     if (out->flags() & std::ios_base::unitbuf) out->flush();
   }
-  m_theOutputBuffer.clear();
+  m_theOutputSize = 0;
 }
 
 void ZrXmlWriter::tab(unsigned count) {

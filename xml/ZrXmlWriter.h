@@ -13,6 +13,7 @@
 #include <ostream>
 #include <sstream>
 #include <string>
+#include <vector>
 #include <typeinfo>
 
 // Writes one XML document to a caller's stream as a strict sequence of calls: start tag, attribute
@@ -239,7 +240,9 @@ class ZrXmlWriter {
 
   std::ostringstream m_theValueStream;
   std::ostream* m_theOutput;
-  std::string m_theOutputBuffer;  // what the current call wrote, handed to the stream when it returns
+  // What the current call wrote (its first m_theOutputSize bytes), handed to the stream when it returns.
+  std::vector<char> m_theOutputBuffer;
+  std::size_t m_theOutputSize = 0;
   std::string m_theFilename;
   int m_theMode;
   // Open elements, innermost at m_theDepth - 1. Entries beyond the depth are kept as spares and
