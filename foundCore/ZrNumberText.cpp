@@ -54,6 +54,25 @@ bool readPlainDecimal(const char* first, const char* last, double& value) {
 
 }  // namespace
 
+// Digits right at the start (after at most a '-') read the same with from_chars as with strtol, which
+// stops at the same first non-digit; white space or '+' in front, and numbers out of range, are left to
+// strtol itself.
+long ZrSTRING2LONG(const char* text, const char** end) {
+  const char* digits = text[0] == '-' ? text + 1 : text;
+  if (*digits >= '0' && *digits <= '9') {
+    long value = 0;
+    const std::from_chars_result result = std::from_chars(text, text + std::strlen(text), value);
+    if (result.ec == std::errc()) {
+      if (end) *end = result.ptr;
+      return value;
+    }
+  }
+  char* stop = nullptr;
+  const long value = std::strtol(text, &stop, 10);
+  if (end) *end = stop;
+  return value;
+}
+
 double ZrSTRING2DOUBLE(const std::string& text) {
   double value = 0.0;
   if (readPlainDecimal(text.data(), text.data() + text.size(), value) && fromCharsAgreesWithStrtod()) return value;

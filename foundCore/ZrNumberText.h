@@ -30,6 +30,9 @@ double ZrSTRING2DOUBLE(const std::string& text);
 // one number (false for empty text, trailing letters, or nothing to convert).
 bool ZrSTRING2DOUBLE(const std::string& text, double& value);
 double ZrSTRING2DOUBLE(const char* first, const char* last);
+// strtol(text, &end, 10) on the NUL-terminated text: the same number and the same end, the plain
+// decimal forms ("42", "-7") read without the C library's locale machinery.
+long ZrSTRING2LONG(const char* text, const char** end = nullptr);
 
 // ZrSTRING2DOUBLE for a run of many numbers, such as the words of one array: whether the fast
 // conversion agrees with strtod (the locale's decimal point, the rounding direction) is asked once,

@@ -63,8 +63,8 @@ bool parseText(const std::string& text, double& value) { return ZrSTRING2DOUBLE(
 
 bool parseText(const std::string& text, int& value) {
   const char* first = text.c_str();
-  char* end = nullptr;
-  const long number = std::strtol(first, &end, 10);
+  const char* end = nullptr;
+  const long number = ZrSTRING2LONG(first, &end);
   value = static_cast<int>(number);
   return end != first && number == value && onlyWhiteSpace(end, first + text.size());
 }

@@ -225,9 +225,10 @@ ZrBoolean ZrXmlCompoundType::readAttributes(ZrXmlReader& reader) {
   ZrBoolean result = ZrXmlObject::read(reader);
   if (!result) return result;
   const ZrU32 count = reader.remainingNumOfAttributes();
+  ZrToken& name = reader.nameSlot(ZrXmlReader::ATTRIBUTE_NAME);  // a copy: taking the value removes the entry
   for (ZrU32 round = 0; round < count && reader.remainingNumOfAttributes() != 0; ++round) {
     const ZrU32 before = reader.remainingNumOfAttributes();
-    ZrToken name = reader.attributeName();
+    name = reader.attributeName();
     readAttributeFromToken(name, reader);
     // The reader always offers the first unread attribute: one that nobody took (unknown, or held by
     // a component that reads no attributes) is dropped, so that the next round sees the next one.
@@ -242,8 +243,9 @@ ZrBoolean ZrXmlCompoundType::readElements(ZrXmlReader& reader) {
   if (reader.mode() == emptyElementMode) return true;
   if (!reader.enterObject()) return true;
   int mode = reader.readXml();
+  ZrToken& child = reader.nameSlot(ZrXmlReader::CHILD_NAME);  // a copy: reading the child moves the reader on
   while (isElementStart(mode)) {
-    ZrToken child = reader.element();
+    child = reader.element();
     if (!readValueFromToken(child, reader)) reader.nextMatchingEndTag();
     mode = reader.readXml();
   }

@@ -141,6 +141,15 @@ class ZrXmlReader {
   void leaveObject() {
     if (m_theObjectDepth > 0) --m_theObjectDepth;
   }
+  // A token kept for the object being read at the current depth: a compound copies each child's or
+  // attribute's name into it, and the copy reuses the token's storage from name to name. Nested objects
+  // read at greater depths, so a compound's token stays as it set it while its child reads.
+  enum NameSlot { CHILD_NAME = 0, ATTRIBUTE_NAME = 1 };
+  ZrToken& nameSlot(NameSlot slot) {
+    const std::size_t index = 2 * static_cast<std::size_t>(m_theObjectDepth) + slot;
+    while (m_theNameSlots.size() <= index) m_theNameSlots.emplace_back();
+    return m_theNameSlots[index];
+  }
 
   // Faults of the document being read: every report that the tokenizer, the reader, included documents,
   // objects and containers print (print types 3 to 5) while this reader is the one reading is counted,
@@ -195,6 +204,7 @@ class ZrXmlReader {
   bool m_theStrict = ZrXmlFileReader::defaultStrict();
   ZrU32 m_theObjectDepth = 0;
   ZrU32 m_theMaxObjectDepth = m_theDefaultMaxObjectDepth;
+  std::deque<ZrToken> m_theNameSlots;  // two per object depth; a deque keeps each where it is
   ZrU32 m_theFaultCount = 0;
   std::string m_theLastFault;
 

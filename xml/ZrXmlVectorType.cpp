@@ -28,7 +28,7 @@ long ZrXmlContainerLayout::sizeAttribute(ZrXmlReader& reader) {
   for (ZrU32 remaining = reader.remainingNumOfAttributes(); remaining != 0; --remaining) {
     const bool isSize = reader.attributeName().tokenText() == ZrXml::ZrCountToken.tokenText();
     const std::string& value = reader.attributeValue();
-    if (isSize) size = std::strtol(value.c_str(), nullptr, 10);
+    if (isSize) size = ZrSTRING2LONG(value.c_str());
   }
   return size;
 }
