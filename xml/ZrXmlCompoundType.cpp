@@ -18,9 +18,11 @@ const int emptyElementMode = 3;
 
 bool isElementStart(int mode) { return mode == startTagMode || mode == emptyElementMode; }
 
-bool sameCall(const ZrXmlRegistrationTable::Call& one, const ZrXmlRegistrationTable::Call& other) {
-  return one.kind == other.kind && one.readOnly == other.readOnly && one.null == other.null &&
-         (one.null || one.offset == other.offset) && one.token == other.token;
+// Whether a registration call repeats the class's recorded one: the cheap fields first, the token last.
+bool sameCall(const ZrXmlRegistrationTable::Call& recorded, const ZrToken& token, std::intptr_t offset,
+              ZrXmlRegistrationTable::Kind kind, bool readOnly, bool null) {
+  return recorded.kind == kind && recorded.readOnly == readOnly && recorded.null == null &&
+         (null || recorded.offset == offset) && recorded.token == token;
 }
 }  // namespace
 
@@ -117,14 +119,14 @@ void ZrXmlCompoundType::finishRegistration(const RegistrationSession& session) {
 void ZrXmlCompoundType::addRegistration(const ZrToken& token, ZrXmlObject* object, Kind kind, bool readOnly) {
   RegistrationSession* session = m_theInnermostSession;
   if (session && session->owner == this && !session->ownMaps) {
-    const ZrXmlRegistrationTable::Call call{token, ZrXmlRegistrationTable::offsetOf(this, object), kind, readOnly,
-                                            object == nullptr};
+    const std::intptr_t offset = ZrXmlRegistrationTable::offsetOf(this, object);
     if (session->recording) {
-      session->table->record(call);
+      session->table->record({token, offset, kind, readOnly, object == nullptr});
       return;
     }
     const std::vector<ZrXmlRegistrationTable::Call>& calls = session->table->calls();
-    if (session->matched < calls.size() && sameCall(calls[session->matched], call)) {
+    if (session->matched < calls.size() &&
+        sameCall(calls[session->matched], token, offset, kind, readOnly, object == nullptr)) {
       ++session->matched;
       return;
     }
