@@ -144,11 +144,12 @@ void assignName(ZrToken& token, std::string_view text) { assignName(token, split
 
 // The same, leaving the token alone when it already holds the name, as end tags of one element name in a
 // row find it.
-void assignNameIfChanged(ZrToken& token, std::string_view text) {
-  const SplitName name = splitName(text);
+void assignNameIfChanged(ZrToken& token, const SplitName& name) {
   if (name.local == token.tokenText() && name.xmlNamespace == token.namespaceText()) return;
   assignName(token, name);
 }
+
+void assignNameIfChanged(ZrToken& token, std::string_view text) { assignNameIfChanged(token, splitName(text)); }
 
 // Scans an attribute name up to white space or '=', noting where its token text begins (after the first
 // '#', then after the first ':' that follows), as splitName() would, in the same pass.
@@ -538,7 +539,7 @@ std::size_t ZrXmlFileReader::findUnreadAttribute(const ZrToken& name) const {
 const ZrToken& ZrXmlFileReader::attributeToken(std::size_t index) const {
   AttributeEntry& entry = m_theAttributeEntries[index];
   if (!entry.tokenBuilt) {
-    assignName(entry.token, entry.name);
+    assignNameIfChanged(entry.token, entry.name);  // entries are reused: the same tag's names come again
     entry.tokenBuilt = true;
   }
   return entry.token;
@@ -1184,7 +1185,7 @@ bool ZrXmlFileReader::parseStartTag(std::string_view text) {
       addAttribute(attribute, localOffset, value);
   }
 
-  assignName(m_theElementStack.back().element, splitElementName);
+  assignNameIfChanged(m_theElementStack.back().element, splitElementName);  // a spare entry may hold it
   m_theNumOfAttributes = m_theUnreadAttributes;
   if (m_theChecker) m_theChecker->checkStartTag(text, name, m_theElementStack.size(), m_theTagSuspect);
   return true;
