@@ -72,6 +72,20 @@ TEST(ZrNumberParse, OtherRoundingDirectionsGiveStrtodsResult) {
   std::fesetround(FE_TONEAREST);
 }
 
+// ZrSTRING2LONG reads the plain decimal forms itself and must give strtol's number and end for every text.
+TEST(ZrNumberParse, IntegersGiveStrtolsNumberAndEnd) {
+  const char* const texts[] = {"42", "-7", "0", "-0", "007", "12abc", "3.9", "  12", "\t-5", "+5", "", "-", "- 3",
+                               "abc", "0x1A", "9223372036854775807", "9223372036854775808", "-9223372036854775808",
+                               "-9223372036854775809", "99999999999999999999999"};
+  for (const char* text : texts) {
+    char* strtolEnd = nullptr;
+    const long expected = std::strtol(text, &strtolEnd, 10);
+    const char* end = nullptr;
+    EXPECT_EQ(ZrSTRING2LONG(text, &end), expected) << '"' << text << '"';
+    EXPECT_EQ(end, strtolEnd) << '"' << text << '"';
+  }
+}
+
 // Only the C locales are installed on the build machines; elsewhere a comma locale is checked too.
 TEST(ZrNumberParse, DecimalPointOfTheLocaleIsHonouredAsStrtodHonoursIt) {
   const char* const commaLocales[] = {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "de_DE"};

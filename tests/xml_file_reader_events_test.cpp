@@ -92,6 +92,27 @@ TEST(ZrXmlFileReaderEvents, NamespaceDeclarationsAreInheritedAndKept) {
   EXPECT_EQ(reader.openElements().size(), 1u);
 }
 
+// Closed elements' entries are reused by the next elements opened at their depth: a reused entry must not
+// keep the name or the declarations of the element it held before.
+TEST(ZrXmlFileReaderEvents, ElementsOpenedAfterOthersClosedHoldOnlyTheirOwn) {
+  std::istringstream in("<r><a xmlns:p='urn:p'><b/></a><c><p:d/></c><a/></r>");
+  ZrXmlFileReader reader("doc.xml", in);
+  ZrTest::PrintCapture capture;
+  const std::vector<std::pair<int, std::string>> expected = {{1, "r"}, {1, "a"}, {3, "b"}, {2, "a"}, {1, "c"},
+                                                             {3, "d"}, {2, "c"}, {3, "a"}, {2, "r"}};
+  for (const auto& event : expected) {
+    ASSERT_EQ(reader.readXml(), event.first) << event.second;
+    const std::string name = event.first == 2 ? reader.endTag().tokenText() : reader.element().tokenText();
+    EXPECT_EQ(name, event.second);
+    if (event.first == 1 && event.second == "c") {
+      EXPECT_TRUE(reader.openElements().back().namespaces.empty());
+      EXPECT_TRUE(reader.namespacesInForce(1).empty());
+    }
+  }
+  EXPECT_TRUE(reader.openElements().empty());
+  EXPECT_EQ(capture.count(), 0u) << capture.all();
+}
+
 // Shapes that once cost a copy of every declaration in scope per element: each of 10,000 nested elements
 // declaring a prefix, and 100,000 siblings under an element with 10,000 declarations.
 TEST(ZrXmlFileReaderEvents, DeclarationsInScopeCostNothingPerElement) {

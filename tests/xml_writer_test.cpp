@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <limits>
 #include <map>
 #include <sstream>
 #include <string>
@@ -185,6 +186,84 @@ TEST(ZrXmlWriter, ValueTextsAndTypeNames) {
     w.type(*entry.first);
     EXPECT_EQ(w.typeName(), entry.second) << entry.first->name();
   }
+}
+
+// Numbers are formatted without the value stream while it is as a fresh stream; the text must be the
+// stream's to the byte, and once the stream is set otherwise the stream itself formats them.
+TEST(ZrXmlWriter, NumbersAreWrittenAsTheValueStreamWritesThem) {
+  const double reals[] = {0.0, -0.0, 0.1, 1.0 / 3, -2.5e-7, 123456.5, 1234567.0, 1e21, 5e-324, 1.7976931348623157e308,
+                          std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()};
+  const long long integers[] = {0, -1, 42, -2147483648LL, 4294967295LL, -9223372036854775807LL - 1};
+  const auto streamText = [](const std::ostringstream& settings, auto value) {
+    std::ostringstream stream;
+    stream.copyfmt(settings);
+    stream << value;
+    return stream.str();
+  };
+  const auto writerText = [](const std::ostringstream& settings, auto write) {
+    std::ostringstream out;
+    ZrXmlWriter writer("n.xml", out);
+    writer.valueStream().copyfmt(settings);
+    writer.writeStartTag(ZrToken(A, "e"));
+    writer.setAttributeName(ZrToken("v"));
+    write(writer);
+    const std::string text = out.str();
+    const std::size_t begin = text.find("v=\"") + 3;
+    return text.substr(begin, text.find('"', begin) - begin);
+  };
+  std::ostringstream fresh, showingSigns, precise;
+  showingSigns.setf(std::ios_base::showpos);
+  precise.precision(12);
+  for (const std::ostringstream* settings : {&fresh, &showingSigns, &precise}) {
+    for (double real : reals)
+      EXPECT_EQ(writerText(*settings, [real](ZrXmlWriter& w) { w.realData(real); }), streamText(*settings, real))
+          << real;
+    for (long long integer : integers) {
+      EXPECT_EQ(writerText(*settings, [integer](ZrXmlWriter& w) { w.integerData(integer); }),
+                streamText(*settings, integer))
+          << integer;
+      const unsigned long long positive = static_cast<unsigned long long>(integer);
+      EXPECT_EQ(writerText(*settings, [positive](ZrXmlWriter& w) { w.unsignedData(positive); }),
+                streamText(*settings, positive))
+          << positive;
+    }
+  }
+}
+
+// The pieces of a call reach the stream when the call returns, and the stream's state follows as with
+// the stream's own write(): a stream that is not good takes nothing, a short write makes it bad.
+TEST(ZrXmlWriter, OutputReachesTheStreamCallByCallAndFailuresShowInItsState) {
+  std::ostringstream out;
+  ZrXmlWriter writer("o.xml", out);
+  writer.writeStartTag(ZrToken(A, "r"));
+  EXPECT_EQ(out.str(), "<r");
+  writer.setAttributeName(ZrToken("k"));
+  writer.data(std::string("v"));
+  EXPECT_EQ(out.str(), "<r k=\"v\"");
+  writer.writeEndTag();
+  EXPECT_EQ(out.str(), "<r k=\"v\"/>\n");
+
+  std::ostringstream failed;
+  failed.setstate(std::ios_base::failbit);
+  ZrXmlWriter toFailed("o.xml", failed);
+  toFailed.writeStartTag(ZrToken(A, "r"));
+  EXPECT_TRUE(failed.fail());
+  EXPECT_EQ(failed.str(), "");
+
+  // A buffer that takes three bytes and no more.
+  struct ThreeBytes : std::streambuf {
+    std::streamsize xsputn(const char*, std::streamsize count) override {
+      const std::streamsize taken = std::min<std::streamsize>(count, 3 - written);
+      written += taken;
+      return taken;
+    }
+    std::streamsize written = 0;
+  } small;
+  std::ostream narrow(&small);
+  ZrXmlWriter toNarrow("o.xml", narrow);
+  toNarrow.writeStartTag(ZrToken(A, "root"));
+  EXPECT_TRUE(narrow.bad());
+  EXPECT_EQ(small.written, 3);
 }
 
 TEST(ZrXmlWriter, SchemaFileNameRule) {

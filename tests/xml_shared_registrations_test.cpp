@@ -1,0 +1,144 @@
+// Compounds of one class share their class's registration table only while they register exactly as the
+// object it was recorded from; every other object keeps maps of its own. Whichever way an object holds
+// its registrations, it reads, writes and compares its own members.
+#include <ZrTestDocument.h>
+#include <ZrTestSupport.h>
+#include <ZrXmlBasicType.h>
+#include <ZrXmlCompoundType.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+ZrToken element(const char* name) { return ZrToken("urn:test", name); }
+
+const char* const theDocument = "<v id=\"7\"><a>1</a><b>2</b></v>";
+
+// Registers b only when extended: objects of one class whose registrations differ.
+class Varying : public ZrXmlCompoundType {
+ public:
+  explicit Varying(bool withB = true) : extended(withB) {}
+  ZrXmlObject* clone() const override { return new Varying(*this); }
+  ZrXmlObject* newObject() const override { return new Varying(extended); }
+  ZrBoolean equality(const ZrXmlObject* other) const override {
+    const Varying* same = dynamic_cast<const Varying*>(other);
+    return same && same->a == a && same->b == b && same->id == id;
+  }
+  ZrToken token() const override { return element("v"); }
+  void registerComponents() override {
+    registerAttributeComponent(ZrToken("id"), &id);
+    registerComponent(element("a"), &a);
+    if (extended) registerComponent(element("b"), &b);
+  }
+
+  bool extended;
+  ZrXmlBasicType<int> id, a, b;
+};
+
+// Registers a member that lives on the heap: its distance from the object differs from object to object.
+class Boxed : public ZrXmlCompoundType {
+ public:
+  ZrXmlObject* clone() const override { return new Boxed(); }
+  ZrXmlObject* newObject() const override { return new Boxed(); }
+  ZrBoolean equality(const ZrXmlObject* other) const override { return dynamic_cast<const Boxed*>(other) != nullptr; }
+  ZrToken token() const override { return element("v"); }
+  void registerComponents() override {
+    registerAttributeComponent(ZrToken("id"), &id);
+    registerComponent(element("a"), a.get());
+    registerComponent(element("b"), b.get());
+  }
+
+  ZrXmlBasicType<int> id;
+  std::unique_ptr<ZrXmlBasicType<int>> a{new ZrXmlBasicType<int>}, b{new ZrXmlBasicType<int>};
+};
+
+// Each row reads the document into a fresh object of the kind given, in this order, so that objects
+// registering alike and unlike the recorded one follow each other.
+TEST(ZrXmlSharedRegistrations, EveryObjectReadsItsOwnMembers) {
+  struct Row {
+    bool extended;
+    int b;             // b as read
+    bool badTokenReported;
+  };
+  const std::vector<Row> rows = {{true, 2, false}, {false, 0, true}, {true, 2, false}, {false, 0, true}};
+  std::vector<std::unique_ptr<Varying>> objects;
+  for (const Row& row : rows) {
+    ZrTest::PrintCapture capture;
+    objects.emplace_back(new Varying(row.extended));
+    ZrTest::readRoot(theDocument, *objects.back());
+    EXPECT_EQ(objects.back()->id.value(), 7);
+    EXPECT_EQ(objects.back()->a.value(), 1);
+    EXPECT_EQ(objects.back()->b.value(), row.b);
+    EXPECT_EQ(capture.contains("Bad token: b"), row.badTokenReported) << capture.all();
+  }
+  // Reading one object never wrote into another.
+  objects[0]->a.setValue(10);
+  EXPECT_EQ(objects[2]->a.value(), 1);
+}
+
+TEST(ZrXmlSharedRegistrations, MembersOnTheHeapAreFoundForEachObject) {
+  Boxed first, second;
+  ZrTest::readRoot(theDocument, first);
+  ZrTest::readRoot("<v id=\"8\"><a>3</a><b>4</b></v>", second);
+  EXPECT_EQ(first.a->value(), 1);
+  EXPECT_EQ(first.b->value(), 2);
+  EXPECT_EQ(second.id.value(), 8);
+  EXPECT_EQ(second.a->value(), 3);
+  EXPECT_EQ(second.b->value(), 4);
+  EXPECT_EQ(ZrTest::written(second), ZrTest::written(second));  // the writer finds them too
+  EXPECT_NE(ZrTest::written(second).find("<a>3</a>"), std::string::npos) << ZrTest::written(second);
+}
+
+// The maps handed out point at the asking object's members, and what is done to them stays with it.
+TEST(ZrXmlSharedRegistrations, MapsAskedForAreTheObjectsOwn) {
+  Varying shared, other;
+  ZrTest::readRoot(theDocument, shared);
+  ZrTest::readRoot(theDocument, other);
+  ZrXmlCompoundType::ComponentMap& components = shared.componentMap();
+  ASSERT_EQ(components.size(), 2u);
+  EXPECT_EQ(components[element("a")], &shared.a);
+  EXPECT_EQ(shared.attributeComponentMap()[ZrToken("id")], &shared.id);
+
+  ZrXmlBasicType<int> extra;
+  components[element("c")] = &extra;
+  ZrTest::readRoot("<v><c>5</c></v>", shared);
+  EXPECT_EQ(extra.value(), 5);
+  ZrTest::PrintCapture capture;
+  ZrTest::readRoot("<v><c>6</c></v>", other);
+  EXPECT_TRUE(capture.contains("Bad token: c")) << capture.all();
+  EXPECT_EQ(extra.value(), 5);
+}
+
+// Registering after xmlInit adds to what the object holds, as it always did.
+TEST(ZrXmlSharedRegistrations, LaterRegistrationsAddToTheObject) {
+  Varying object;
+  ZrTest::readRoot(theDocument, object);
+  ZrXmlBasicType<int> late;
+  object.registerComponentReadOnly(element("late"), &late);
+  ZrTest::readRoot("<v><late>9</late><a>4</a></v>", object);
+  EXPECT_EQ(late.value(), 9);
+  EXPECT_EQ(object.a.value(), 4);
+  EXPECT_TRUE(object.isReadOnlyComponent(element("late")));
+  EXPECT_EQ(ZrTest::written(object).find("late"), std::string::npos) << ZrTest::written(object);
+}
+
+// Objects holding their registrations either way compare by the tokens registered, as maps did.
+TEST(ZrXmlSharedRegistrations, ComparisonDoesNotDependOnWhereRegistrationsAre) {
+  Varying shared, withMaps, plain(false);
+  ZrTest::readRoot(theDocument, shared);
+  ZrTest::readRoot(theDocument, withMaps);
+  withMaps.componentMap();
+  {
+    ZrTest::PrintCapture capture;
+    ZrTest::readRoot(theDocument, plain);
+  }
+  EXPECT_TRUE(shared == withMaps);
+  EXPECT_TRUE(withMaps == shared);
+  EXPECT_FALSE(shared == plain);
+  EXPECT_EQ(ZrTest::written(shared), ZrTest::written(withMaps));
+}
+
+}  // namespace
