@@ -321,12 +321,14 @@ std::string ZrXmlWriter::declarationPrefix(const std::string& xmlNamespace) cons
 // ---- element protocol ----
 
 // The name is assigned part by part, so that a reused slot keeps the storage of its strings.
+// Documents repeat their shapes, so a slot often holds the very name it is given again: it is then
+// left as it is.
 ZrXmlWriter::ElementStruct& ZrXmlWriter::pushElement(const std::string& xmlNamespace, const std::string& localName) {
   if (m_theDepth == m_theElementStack.size()) m_theElementStack.emplace_back();
   ElementStruct& element = m_theElementStack[m_theDepth++];
-  element.element.setNamespace(xmlNamespace);
-  element.element.assign(localName);
-  element.namespaces.clear();
+  if (element.element.namespaceText() != xmlNamespace) element.element.setNamespace(xmlNamespace);
+  if (element.element.tokenText() != localName) element.element.assign(localName);
+  if (!element.namespaces.empty()) element.namespaces.clear();
   return element;
 }
 
@@ -390,9 +392,12 @@ void ZrXmlWriter::openElement(const std::string& xmlNamespace, const std::string
   // A known prefix lives in an open element below the new one, and growing the stack keeps
   // references valid, so the reused slot can take the qualified name without a temporary.
   ElementStruct& element = pushElement(xmlNamespace, localName);
-  element.qualifiedName.clear();
-  if (!prefix.empty()) element.qualifiedName.append(prefix).append(1, ':');
-  element.qualifiedName.append(localName);
+  if (!prefix.empty()) {
+    element.qualifiedName.clear();
+    element.qualifiedName.append(prefix).append(1, ':').append(localName);
+  } else if (element.qualifiedName != localName) {
+    element.qualifiedName = localName;
+  }
   if (declare) element.namespaces.emplace(xmlNamespace, newPrefix);
 
   put("<");
