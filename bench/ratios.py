@@ -1,6 +1,8 @@
 #!/usr/bin/env python3
-"""Ratio table from a bench_arrays JSON run: for every benchmark and size, our CPU time per iteration
-over each peer's. Below 1 we are faster, above 1 the peer is.
+"""Ratio table from a bench_arrays or bench_objects JSON run: for every benchmark and size, our CPU time
+per iteration over each peer's. Below 1 we are faster, above 1 the peer is. A run with repetitions
+(--benchmark_repetitions=N, best with --benchmark_enable_random_interleaving=true) is read through the
+median of each benchmark's repetitions.
 
     bench_arrays --benchmark_min_time=0.1 --benchmark_format=json > run.json
     bench/ratios.py run.json            # the largest size of each benchmark
@@ -19,10 +21,15 @@ def main(argv):
     with open(argv[1]) as stream:
         runs = json.load(stream)["benchmarks"]
     times = {}  # (benchmark, size) -> {library: cpu time}
+    medians = any(run.get("aggregate_name") == "median" for run in runs)
     for run in runs:
-        if run.get("run_type") != "iteration" or run.get("error_occurred"):
+        if run.get("error_occurred"):
             continue
-        parts = run["name"].split("/")
+        if medians != (run.get("run_type") == "aggregate" and run.get("aggregate_name") == "median"):
+            continue
+        if not medians and run.get("run_type") != "iteration":
+            continue
+        parts = run.get("run_name", run["name"]).split("/")
         if len(parts) != 3:
             continue
         benchmark, library, size = parts[0], parts[1], int(parts[2])
