@@ -2,9 +2,11 @@
 
 #include <langinfo.h>
 
+#include <algorithm>
 #include <cfenv>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -34,6 +36,79 @@ unsigned ZrDOUBLE2CHARS(double value, char* text) {
   }
   const std::to_chars_result result = std::to_chars(text, text + ZrDOUBLE_CHARS_SIZE, value);
   return static_cast<unsigned>(result.ptr - text);
+}
+
+namespace {
+
+// The digits and decimal exponent of the shortest text that reads back to value (finite): 1234.5 gives
+// "12345" and 3. Returns the number of digits.
+unsigned shortestDigits(double value, char* digits, int& exponent) {
+  char scientific[ZrDOUBLE_CHARS_SIZE];
+  const char* end = std::to_chars(scientific, scientific + sizeof scientific, value, std::chars_format::scientific).ptr;
+  const char* at = scientific;
+  if (*at == '-') ++at;
+  unsigned count = 0;
+  for (; *at != 'e'; ++at)
+    if (*at != '.') digits[count++] = *at;
+  std::from_chars(at[1] == '+' ? at + 2 : at + 1, end, exponent);
+  return count;
+}
+
+// printf's %g of a value whose exact shortest digits number no more than the precision: those digits,
+// in fixed form while the exponent lies in [-4, precision), else as d.ddde+XX; no trailing zeros.
+unsigned formatShortG(bool negative, const char* digits, unsigned count, int exponent, int precision, char* text) {
+  char* out = text;
+  if (negative) *out++ = '-';
+  if (exponent < -4 || exponent >= precision) {
+    *out++ = digits[0];
+    if (count > 1) {
+      *out++ = '.';
+      for (unsigned i = 1; i < count; ++i) *out++ = digits[i];
+    }
+    *out++ = 'e';
+    *out++ = exponent < 0 ? '-' : '+';
+    const unsigned magnitude = static_cast<unsigned>(exponent < 0 ? -exponent : exponent);
+    if (magnitude < 10) *out++ = '0';
+    out = std::to_chars(out, out + 4, magnitude).ptr;
+  } else if (exponent < 0) {
+    *out++ = '0';
+    *out++ = '.';
+    for (int i = -1; i > exponent; --i) *out++ = '0';
+    for (unsigned i = 0; i < count; ++i) *out++ = digits[i];
+  } else {
+    const unsigned integerDigits = static_cast<unsigned>(exponent) + 1;
+    for (unsigned i = 0; i < integerDigits; ++i) *out++ = i < count ? digits[i] : '0';
+    if (count > integerDigits) {
+      *out++ = '.';
+      for (unsigned i = integerDigits; i < count; ++i) *out++ = digits[i];
+    }
+  }
+  return static_cast<unsigned>(out - text);
+}
+
+}  // namespace
+
+// Rounding the exact value to the precision gives the shortest digits themselves whenever they are no
+// more than the precision: the value lies within half a unit in the last place of the double of them,
+// and up to fifteen digits that is far less than half a step of the precision. Past fifteen digits the
+// steps come near the double's own, so the general conversion decides; so it does for subnormal values,
+// whose last place is wide (the shortest text of the least of them is "5e-324", its value 4.94066e-324).
+unsigned ZrDOUBLE2CHARS_G(double value, int precision, char* text) {
+  if (precision <= 0) precision = 1;  // as printf takes a zero precision for %g
+  const int theWidestShortcut = 15;
+  const int kind = std::fpclassify(value);
+  if ((kind == FP_NORMAL || kind == FP_ZERO) && precision <= theWidestShortcut) {
+    char digits[ZrDOUBLE_CHARS_SIZE];
+    int exponent = 0;
+    const unsigned count = shortestDigits(value, digits, exponent);
+    if (count <= static_cast<unsigned>(precision))
+      return formatShortG(std::signbit(value), digits, count, exponent, precision, text);
+  }
+  const std::to_chars_result result =
+      std::to_chars(text, text + ZrDOUBLE_G_CHARS_SIZE, value, std::chars_format::general, precision);
+  if (result.ec == std::errc()) return static_cast<unsigned>(result.ptr - text);
+  const int written = std::snprintf(text, ZrDOUBLE_G_CHARS_SIZE, "%.*g", precision, value);  // cut to fit
+  return static_cast<unsigned>(std::min<int>(written, ZrDOUBLE_G_CHARS_SIZE - 1));
 }
 
 namespace {

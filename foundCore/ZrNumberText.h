@@ -25,6 +25,12 @@ std::string ZrINT2STRING(int value);
 std::string ZrDOUBLE2STRING(double value);
 const unsigned ZrDOUBLE_CHARS_SIZE = 32;  // the longest shortest form is 24 characters ("-2.2250738585072014e-308")
 unsigned ZrDOUBLE2CHARS(double value, char* text);
+// printf's "%.*g" with this precision (as an output stream with that precision writes a double), into
+// text[0, ZrDOUBLE_G_CHARS_SIZE); returns the length. A value whose shortest exact text has no more
+// significant digits than the precision (as reals written in six digits and read back do) is formatted
+// from that text, several times faster than the general conversion, which takes every other value.
+const unsigned ZrDOUBLE_G_CHARS_SIZE = 400;  // "%.17g" needs 24; wider precisions may fill the rest
+unsigned ZrDOUBLE2CHARS_G(double value, int precision, char* text);
 double ZrSTRING2DOUBLE(const std::string& text);
 // The same conversion into value, returning whether the whole text, white space around it aside, was
 // one number (false for empty text, trailing letters, or nothing to convert).

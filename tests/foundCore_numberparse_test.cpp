@@ -9,6 +9,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <random>
+#include <cmath>
+#include <vector>
+#include <limits>
 #include <string>
 
 namespace {
@@ -70,6 +73,34 @@ TEST(ZrNumberParse, OtherRoundingDirectionsGiveStrtodsResult) {
     for (const char* text : texts) expectSameAsStrtod(text);
   }
   std::fesetround(FE_TONEAREST);
+}
+
+// ZrDOUBLE2CHARS_G must write printf's %.*g to the byte, through its shortcut (values whose shortest text is
+// short) and without it: reals rounded to a few digits, random bit patterns, powers of ten at the edges of
+// the fixed form, and the special values, at every precision from 0 to 20.
+TEST(ZrNumberParse, RealsWrittenWithAPrecisionAreWhatPrintfWrites) {
+  std::mt19937_64 random(20261124);
+  std::vector<double> values = {0.0, -0.0, 1.0, -1.0, 0.1, 0.5, 1e-4, 9.99999e-5, 1e-5, 123456.0, 999999.5, 1e15,
+                                1e16, 1e21, 5e-324, 2.2250738585072014e-308, 1.7976931348623157e308,
+                                std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
+                                std::numeric_limits<double>::quiet_NaN()};
+  for (int i = 0; i < 2000; ++i) {
+    const double scale = std::pow(10.0, static_cast<int>(random() % 40) - 20);
+    values.push_back(std::round(std::uniform_real_distribution<double>(-1e6, 1e6)(random)) / 100.0 * scale);
+    std::uint64_t pattern = random();
+    double any = 0.0;
+    std::memcpy(&any, &pattern, sizeof any);
+    values.push_back(any);
+  }
+  char expected[ZrDOUBLE_G_CHARS_SIZE];
+  char text[ZrDOUBLE_G_CHARS_SIZE];
+  for (int precision = 0; precision <= 20; ++precision) {
+    for (double value : values) {
+      std::snprintf(expected, sizeof expected, "%.*g", precision, value);
+      const unsigned length = ZrDOUBLE2CHARS_G(value, precision, text);
+      ASSERT_EQ(std::string(text, length), expected) << "precision " << precision;
+    }
+  }
 }
 
 // ZrSTRING2LONG reads the plain decimal forms itself and must give strtol's number and end for every text.

@@ -182,8 +182,6 @@ void ZrXmlVector::RealWriter::write(double value) {
     return;
   }
   m_theWriter.type(typeid(double));
-  char digits[64];
-  const std::to_chars_result end =
-      std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, m_thePrecision);
-  m_theWriter.data(digits, static_cast<std::size_t>(end.ptr - digits));  // no string per value
+  char digits[ZrDOUBLE_G_CHARS_SIZE];
+  m_theWriter.data(digits, ZrDOUBLE2CHARS_G(value, m_thePrecision, digits));  // no string per value
 }

@@ -687,10 +687,8 @@ void ZrXmlWriter::realData(double value) {
     return;
   }
   if (plainValueStream()) {
-    char digits[64];
-    const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general,
-                                                   static_cast<int>(m_theValueStream.precision()));
-    data(digits, static_cast<std::size_t>(end.ptr - digits));
+    char digits[ZrDOUBLE_G_CHARS_SIZE];
+    data(digits, ZrDOUBLE2CHARS_G(value, static_cast<int>(m_theValueStream.precision()), digits));
     return;
   }
   m_theValueStream << value;
