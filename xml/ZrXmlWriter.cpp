@@ -697,25 +697,25 @@ void ZrXmlWriter::realData(double value) {
   m_theValueStream.clear();
 }
 
-void ZrXmlWriter::integerData(long long value) {
-  if (!plainValueStream()) {
-    writeValue(*this, value);
+namespace {
+
+// An integer as the value stream writes it: formatted into a buffer while the stream is as a fresh one.
+template <class Integer>
+void writeInteger(ZrXmlWriter& writer, Integer value) {
+  if (!writer.plainValueStream()) {
+    writeValue(writer, value);
     return;
   }
   char digits[24];
   const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, value);
-  data(digits, static_cast<std::size_t>(end.ptr - digits));
+  writer.data(digits, static_cast<std::size_t>(end.ptr - digits));
 }
 
-void ZrXmlWriter::unsignedData(unsigned long long value) {
-  if (!plainValueStream()) {
-    writeValue(*this, value);
-    return;
-  }
-  char digits[24];
-  const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, value);
-  data(digits, static_cast<std::size_t>(end.ptr - digits));
-}
+}  // namespace
+
+void ZrXmlWriter::integerData(long long value) { writeInteger(*this, value); }
+
+void ZrXmlWriter::unsignedData(unsigned long long value) { writeInteger(*this, value); }
 
 template <class T>
 ZrXmlWriter& operator<<(ZrXmlWriter& writer, const T& value) {
