@@ -125,6 +125,29 @@ TEST(ZrXmlSharedRegistrations, LaterRegistrationsAddToTheObject) {
   EXPECT_EQ(ZrTest::written(object).find("late"), std::string::npos) << ZrTest::written(object);
 }
 
+// Asks for its map while it registers, as a class checking what it registered so far might.
+class AskingWhileRegistering : public Varying {
+ public:
+  void registerComponents() override {
+    registerComponent(element("a"), &a);
+    registeredBeforeB = componentMap().size();
+    registerComponent(element("b"), &b);
+  }
+  std::size_t registeredBeforeB = 0;
+};
+
+TEST(ZrXmlSharedRegistrations, MapsAskedForWhileRegisteringHoldEveryRegistration) {
+  for (int round = 0; round < 3; ++round) {
+    AskingWhileRegistering object;
+    ZrTest::readRoot("<v><a>1</a><b>2</b></v>", object);
+    EXPECT_EQ(object.registeredBeforeB, 1u);
+    EXPECT_EQ(object.a.value(), 1);
+    EXPECT_EQ(object.b.value(), 2);
+    EXPECT_EQ(object.componentMap().size(), 2u);
+    EXPECT_EQ(object.componentMap()[element("b")], &object.b);
+  }
+}
+
 // Objects holding their registrations either way compare by the tokens registered, as maps did.
 TEST(ZrXmlSharedRegistrations, ComparisonDoesNotDependOnWhereRegistrationsAre) {
   Varying shared, withMaps, plain(false);

@@ -158,8 +158,15 @@ void ZrXmlCompoundType::replayIntoOwnMaps(const ZrXmlRegistrationTable& table, s
   }
 }
 
-// From now on the object holds its registrations in maps of its own, built from the shared table.
+// From now on the object holds its registrations in maps of its own, built from the shared table, or,
+// when a map is asked for while the object registers, from its calls so far (the rest follow them).
 void ZrXmlCompoundType::keepOwnMaps() const {
+  RegistrationSession* session = m_theInnermostSession;
+  if (session && session->owner == this && !session->ownMaps) {
+    session->ownMaps = true;  // a table being recorded stays unsealed: its class keeps maps from now on
+    replayIntoOwnMaps(*session->table, session->recording ? session->table->calls().size() : session->matched);
+    return;
+  }
   const ZrXmlRegistrationTable* table = m_theSharedRegistrations;
   if (!table) return;
   m_theSharedRegistrations = nullptr;

@@ -25,9 +25,12 @@
 // first object of its class (same tokens, same order, members at the same offsets) shares that class's
 // ZrXmlRegistrationTable and holds no maps: reading, writing and the schema look members up in the
 // table. The maps of this interface (componentMap() and its siblings) are then built from the table
-// when first asked for, and the object keeps them from then on, as it does when its calls differ from
-// its class's or when it registers anything after xmlInit. Either way every operation sees the same
-// registrations.
+// when first asked for (also while the object registers), and the object keeps them from then on, as it
+// does when its calls differ from its class's or when it registers anything after xmlInit. Either way
+// every operation sees the same registrations. While an object shares the table, reading looks members
+// up there, not through componentMap(): a class that overrides componentMap() or attributeComponentMap()
+// to look up members its own way asks for the map once (in registerComponents(), say), and its objects
+// then keep maps and are looked up through its override.
 class ZrXmlCompoundType : public ZrXmlObject {
  public:
   typedef std::map<ZrToken, ZrXmlObject*> ComponentMap;
