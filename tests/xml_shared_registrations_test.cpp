@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -145,6 +146,34 @@ TEST(ZrXmlSharedRegistrations, MapsAskedForWhileRegisteringHoldEveryRegistration
     EXPECT_EQ(object.b.value(), 2);
     EXPECT_EQ(object.componentMap().size(), 2u);
     EXPECT_EQ(object.componentMap()[element("b")], &object.b);
+  }
+}
+
+// Throws from registerComponents() when told to, after registering one member.
+class ThrowingOnce : public Varying {
+ public:
+  explicit ThrowingOnce(bool failing) : fail(failing) {}
+  void registerComponents() override {
+    registerComponent(element("a"), &a);
+    if (fail) throw std::runtime_error("registration failed");
+    registerComponent(element("b"), &b);
+  }
+  bool fail;
+};
+
+// A registration that ends in an exception leaves nothing behind that later registrations would trip on.
+TEST(ZrXmlSharedRegistrations, ARegistrationThatThrowsLeavesLaterOnesWhole) {
+  ThrowingOnce failing(true);
+  EXPECT_THROW(ZrTest::readRoot("<v><a>1</a></v>", failing), std::runtime_error);
+  for (int round = 0; round < 2; ++round) {
+    ThrowingOnce object(false);
+    Varying other;
+    ZrTest::readRoot("<v><a>1</a><b>2</b></v>", object);
+    ZrTest::readRoot("<v><a>3</a><b>4</b></v>", other);
+    EXPECT_EQ(object.a.value(), 1);
+    EXPECT_EQ(object.b.value(), 2);
+    EXPECT_EQ(other.a.value(), 3);
+    EXPECT_EQ(other.b.value(), 4);
   }
 }
 

@@ -98,9 +98,16 @@ void ZrXmlCompoundType::registerThroughTable() {
       session.ownMaps = true;  // an object of the class is still being recorded further out
     }
   }
-  m_theInnermostSession = &session;
-  registerComponents();
-  m_theInnermostSession = session.outer;
+  // The session ends with this scope even if registerComponents() throws.
+  struct Installed {
+    explicit Installed(RegistrationSession& installed) : session(installed) { m_theInnermostSession = &session; }
+    ~Installed() { m_theInnermostSession = session.outer; }
+    RegistrationSession& session;
+  };
+  {
+    Installed installed(session);
+    registerComponents();
+  }
   finishRegistration(session);
 }
 

@@ -7,9 +7,9 @@
 
 // A stack whose popped entries stay as spares for the next push: an entry pushed again keeps the storage
 // of its strings and maps, so a document that goes up and down the same levels allocates nothing once it
-// has reached its deepest level. A pushed entry holds what it held before: the caller sets every field it uses.
-// Each entry has a place of its own on the heap, so an entry stays where it is while others are pushed,
-// and reaching one is a single look-up.
+// has reached its deepest level. A pushed entry holds what it held before: the caller sets every field
+// it uses. Each entry has a place of its own on the heap, so an entry stays where it is while others are
+// pushed, and reaching one is a single look-up. A copy holds the open entries only.
 template <class Entry>
 class ZrXmlSpareStack {
  public:
