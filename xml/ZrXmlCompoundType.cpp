@@ -160,8 +160,7 @@ void ZrXmlCompoundType::addToOwnMaps(const ZrToken& token, ZrXmlObject* object, 
 void ZrXmlCompoundType::replayIntoOwnMaps(const ZrXmlRegistrationTable& table, std::size_t calls) const {
   for (std::size_t i = 0; i < calls; ++i) {
     const ZrXmlRegistrationTable::Call& call = table.calls()[i];
-    const ZrXmlRegistrationTable::Entry member{call.token, call.offset, call.null};
-    addToOwnMaps(call.token, ZrXmlRegistrationTable::memberAt(this, member), call.kind, call.readOnly);
+    addToOwnMaps(call.token, ZrXmlRegistrationTable::memberAt(this, call.offset, call.null), call.kind, call.readOnly);
   }
 }
 

@@ -14,16 +14,18 @@ std::unordered_map<std::type_index, std::unique_ptr<ZrXmlRegistrationTable>>& ta
   return *theTables;
 }
 
-bool byTokenText(const ZrXmlRegistrationTable::Entry& entry, const std::string& text) {
-  return entry.token.tokenText() < text;
+// The first item whose token text is not less than the text, in items sorted by token text.
+template <class Items>
+auto lowerBoundByText(Items& items, const std::string& text) {
+  return std::lower_bound(items.begin(), items.end(), text,
+                          [](const auto& item, const std::string& wanted) { return item.token.tokenText() < wanted; });
 }
 
 // map[token] = value on a vector kept sorted by token text: a token text already present keeps its
 // first token and takes the new value.
 template <class Item, class Assign>
 void assignSorted(std::vector<Item>& items, const ZrToken& token, Assign assign) {
-  auto place = std::lower_bound(items.begin(), items.end(), token.tokenText(),
-                                [](const Item& item, const std::string& text) { return item.token.tokenText() < text; });
+  auto place = lowerBoundByText(items, token.tokenText());
   if (place == items.end() || place->token.tokenText() != token.tokenText()) {
     Item item{};
     item.token = token;
@@ -49,10 +51,9 @@ std::intptr_t ZrXmlRegistrationTable::offsetOf(const void* object, const ZrXmlOb
                                     reinterpret_cast<std::uintptr_t>(object));
 }
 
-ZrXmlObject* ZrXmlRegistrationTable::memberAt(const void* object, const Entry& entry) {
-  if (entry.null) return nullptr;
-  return reinterpret_cast<ZrXmlObject*>(reinterpret_cast<std::uintptr_t>(object) +
-                                        static_cast<std::uintptr_t>(entry.offset));
+ZrXmlObject* ZrXmlRegistrationTable::memberAt(const void* object, std::intptr_t offset, bool null) {
+  if (null) return nullptr;
+  return reinterpret_cast<ZrXmlObject*>(reinterpret_cast<std::uintptr_t>(object) + static_cast<std::uintptr_t>(offset));
 }
 
 void ZrXmlRegistrationTable::seal() {
@@ -71,8 +72,7 @@ void ZrXmlRegistrationTable::seal() {
 }
 
 bool ZrXmlRegistrationTable::hasMark(const ZrToken& token, ZrU32 code) const {
-  auto place = std::lower_bound(m_theMarks.begin(), m_theMarks.end(), token.tokenText(),
-                                [](const Mark& mark, const std::string& text) { return mark.token.tokenText() < text; });
+  auto place = lowerBoundByText(m_theMarks, token.tokenText());
   return place != m_theMarks.end() && place->token.tokenText() == token.tokenText() && place->code == code;
 }
 
@@ -88,6 +88,6 @@ const ZrXmlRegistrationTable::Entry* ZrXmlRegistrationTable::findIn(const std::v
     }
     return nullptr;
   }
-  auto place = std::lower_bound(entries.begin(), entries.end(), token.tokenText(), byTokenText);
-  return place != entries.end() && place->token.tokenText() == token.tokenText() ? &*place : nullptr;
+  auto place = lowerBoundByText(entries, text);
+  return place != entries.end() && place->token.tokenText() == text ? &*place : nullptr;
 }

@@ -56,7 +56,10 @@ class ZrXmlRegistrationTable {
 
   // Turns an object's address and a member's into the offset kept, and back.
   static std::intptr_t offsetOf(const void* object, const ZrXmlObject* member);
-  static ZrXmlObject* memberAt(const void* object, const Entry& entry);
+  static ZrXmlObject* memberAt(const void* object, std::intptr_t offset, bool null);
+  static ZrXmlObject* memberAt(const void* object, const Entry& entry) {
+    return memberAt(object, entry.offset, entry.null);
+  }
 
   void record(const Call& call) { m_theCalls.push_back(call); }
   // Sorts the recorded calls into the three look-up tables; called once, when recording ends. Only a

@@ -165,8 +165,7 @@ ZrBoolean ZrXmlVector::dump(const ZrXmlVectorVector& vectors, const char* filena
 
 ZrXmlVector::RealWriter::RealWriter(ZrXmlWriter& writer)
     : m_theWriter(writer),
-      m_theShortWay(writer.valueStream().flags() == (std::ios_base::dec | std::ios_base::skipws) &&
-                    writer.valueStream().width() == 0 && writer.valueStream().getloc() == std::locale::classic()),
+      m_theShortWay(writer.plainValueStream()),
       m_thePrecision(static_cast<int>(writer.valueStream().precision())),
       m_theLossless(writer.losslessReals()) {}
 
