@@ -48,6 +48,29 @@ TEST(ZrToken, EqualityUsesBothTextsOrderingOnlyTheLocalName) {
   EXPECT_EQ(byName.begin()->second, 2);
 }
 
+// Names are compared in words: a difference at any byte of any length must still be seen, and bytes
+// beyond either text must never decide.
+TEST(ZrToken, EqualitySeesADifferenceAtEveryPositionOfEveryLength) {
+  for (std::size_t length = 0; length <= 40; ++length) {
+    const std::string text(length, 'a');
+    EXPECT_EQ(ZrToken("n", text), ZrToken("n", std::string(text))) << length;
+    EXPECT_NE(ZrToken("n", text), ZrToken("n", text + "a")) << length;
+    EXPECT_NE(ZrToken(text, "v"), ZrToken(text + "a", "v")) << length;
+    for (std::size_t at = 0; at < length; ++at) {
+      std::string other = text;
+      other[at] = 'b';
+      EXPECT_NE(ZrToken("n", text), ZrToken("n", other)) << length << " at " << at;
+      EXPECT_NE(ZrToken(text, "v"), ZrToken(other, "v")) << length << " at " << at;
+      EXPECT_EQ(ZrToken("n", other), ZrToken("n", std::string(other)));
+    }
+  }
+  // Equal texts held in buffers with different bytes after them.
+  const char one[] = "abcdefghXYZ";
+  const char other[] = "abcdefghQRS";
+  for (std::size_t length = 0; length <= 8; ++length)
+    EXPECT_TRUE(Zr::textEqual(std::string_view(one, length), std::string_view(other, length))) << length;
+}
+
 TEST(ZrToken, AssignKeepsTheNamespaceAndDoesNotParse) {
   ZrToken t("old", "x");
   t.assign("a#b");

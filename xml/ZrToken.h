@@ -1,6 +1,7 @@
 #ifndef ZR_TOKEN_H
 #define ZR_TOKEN_H
 
+#include <ZrTextEqual.h>
 #include <ZrTypes.h>
 
 #include <string>
@@ -42,7 +43,7 @@ class ZrToken {
   }
 
   bool operator==(const ZrToken& other) const {
-    return m_theToken == other.m_theToken && m_theNamespace == other.m_theNamespace;
+    return Zr::textEqual(m_theToken, other.m_theToken) && Zr::textEqual(m_theNamespace, other.m_theNamespace);
   }
   bool operator!=(const ZrToken& other) const { return !(*this == other); }
   bool operator<(const ZrToken& other) const { return m_theToken < other.m_theToken; }

@@ -145,7 +145,7 @@ void assignName(ZrToken& token, std::string_view text) { assignName(token, split
 // The same, leaving the token alone when it already holds the name, as end tags of one element name in a
 // row find it.
 void assignNameIfChanged(ZrToken& token, const SplitName& name) {
-  if (name.local == token.tokenText() && name.xmlNamespace == token.namespaceText()) return;
+  if (Zr::textEqual(name.local, token.tokenText()) && Zr::textEqual(name.xmlNamespace, token.namespaceText())) return;
   assignName(token, name);
 }
 
@@ -451,12 +451,6 @@ void ZrXmlFileReader::close() {
 // ---------------------------------------------------------------------------------------------------------
 // Accessors
 
-int ZrXmlFileReader::mode() const { return m_theMode; }
-
-const ZrToken& ZrXmlFileReader::element() const {
-  return m_theElementStack.empty() ? m_theNullToken : m_theElementStack.back().element;
-}
-
 // Attributes are handed out by token text, smallest first, not in document order; names that differ
 // only in namespace are one attribute, as in any map keyed by ZrToken.
 const ZrToken& ZrXmlFileReader::attributeName() const {
@@ -545,10 +539,6 @@ const ZrToken& ZrXmlFileReader::attributeToken(std::size_t index) const {
   return entry.token;
 }
 
-ZrU32 ZrXmlFileReader::numOfAttributes() const { return m_theNumOfAttributes; }
-
-ZrU32 ZrXmlFileReader::remainingNumOfAttributes() const { return m_theUnreadAttributes; }
-
 std::string ZrXmlFileReader::content() const {
   if (m_theContentVectorFlag) return contentByWord();
   return m_theContent.substr(std::min(m_theContentOffset, m_theContent.size()));
@@ -574,8 +564,6 @@ std::string_view ZrXmlFileReader::nextContentWord() const {
 ZrU32 ZrXmlFileReader::contentCount() const {
   return countWords(std::string_view(m_theContent).substr(std::min(m_theContentOffset, m_theContent.size())));
 }
-
-ZrBoolean ZrXmlFileReader::isContentAvailable() const { return m_theContentOffset < m_theContent.size(); }
 
 void ZrXmlFileReader::setContentVectorFlag(bool flag) { m_theContentVectorFlag = flag; }
 

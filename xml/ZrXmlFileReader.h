@@ -97,21 +97,23 @@ class ZrXmlFileReader {
   virtual ~ZrXmlFileReader();
 
   virtual int readXml();
-  virtual int mode() const;
-  virtual const ZrToken& element() const;
+  virtual int mode() const { return m_theMode; }
+  virtual const ZrToken& element() const {
+    return m_theElementStack.empty() ? m_theNullToken : m_theElementStack.back().element;
+  }
   virtual const ZrToken& attributeName() const;
   virtual const ZrToken& attributeName(const ZrToken& name) const;
   virtual const std::string& attributeValue();
   virtual const std::string& attributeValue(const ZrToken& name);
-  virtual ZrU32 numOfAttributes() const;
-  virtual ZrU32 remainingNumOfAttributes() const;
+  virtual ZrU32 numOfAttributes() const { return m_theNumOfAttributes; }
+  virtual ZrU32 remainingNumOfAttributes() const { return m_theUnreadAttributes; }
   virtual std::string content() const;
   virtual std::string contentByWord() const;
   // contentByWord() without the copy: the view stays valid until the next readXml(). Empty once no
   // word is left, since a word is never empty.
   std::string_view nextContentWord() const;
   virtual ZrU32 contentCount() const;
-  virtual ZrBoolean isContentAvailable() const;
+  virtual ZrBoolean isContentAvailable() const { return m_theContentOffset < m_theContent.size(); }
   virtual void setContentVectorFlag(bool flag);
   virtual const std::string& filename();
   // The current line; past the largest int it stays at the largest int (messages print the whole count).

@@ -55,6 +55,7 @@ ZrXmlReader::ZrXmlReader()
 ZrXmlReader::ZrXmlReader(const std::string& filename, std::istream& stream) : ZrXmlReader() {
   becomeReadingReader();  // the file reader may report a fault as it is built
   m_theFileReaders.emplace_back(filename, stream, nullptr);
+  forgetTop();
 }
 
 // Copies take the open documents (each file reader copied, the included streams shared), both flags,
@@ -80,6 +81,7 @@ ZrBoolean ZrXmlReader::enterObject() {
 ZrXmlReader::~ZrXmlReader() {
   Zr::Print::instance().dropWatcher(this);
   while (!m_theFileReaders.empty()) m_theFileReaders.pop_back();
+  forgetTop();
 }
 
 void ZrXmlReader::setExpandReferences(bool flag) {
@@ -104,13 +106,14 @@ void ZrXmlReader::open(const std::string& filename, std::istream& stream) {
   m_theClosedIncludeBytes = 0;
   becomeReadingReader();
   m_theFileReaders.emplace_back(filename, stream, nullptr);
+  forgetTop();
   applyReadingOptions(*top());
   m_theVersionCheckPending = true;
   m_theVersionFlag = true;
 }
 
 void ZrXmlReader::becomeReadingReader() {
-  Zr::Print& print = Zr::Print::instance();
+  static Zr::Print& print = Zr::Print::instance();  // asked once: every readXml() comes here
   if (print.innermostWatcher() == this) return;
   print.raiseWatcher(this, [this](int printType, const std::string& message) { noteFault(printType, message); });
 }
@@ -122,18 +125,12 @@ void ZrXmlReader::noteFault(int printType, const std::string& message) {
   m_theLastFault = message;
 }
 
-ZrXmlFileReader* ZrXmlReader::top() { return m_theFileReaders.empty() ? nullptr : &m_theFileReaders.back().reader; }
-
-const ZrXmlFileReader* ZrXmlReader::top() const {
-  return m_theFileReaders.empty() ? nullptr : &m_theFileReaders.back().reader;
-}
-
 int ZrXmlReader::readXml() {
   if (m_theFileReaders.empty()) return 0;
   becomeReadingReader();
   // Each turn consumes an item of some document or closes one, so the loop ends with the input.
   for (;;) {
-    if (top()->readXml() == 0) reportTruncation(m_theFileReaders.back());
+    if (top()->ZrXmlFileReader::readXml() == 0) reportTruncation(m_theFileReaders.back());
     if (openFileTest()) continue;
     if (!closeFileTest()) break;
   }
@@ -141,72 +138,73 @@ int ZrXmlReader::readXml() {
     m_theVersionCheckPending = false;
     m_theVersionFlag = checkVersion();
   }
-  return top()->mode();
+  return top()->ZrXmlFileReader::mode();
 }
 
 ZrBoolean ZrXmlReader::versionFlag() const { return m_theVersionFlag; }
 
 // ---- Queries answered by the document on top -------------------------------------------------------
+// The stack holds file readers by value, so each query goes straight to ZrXmlFileReader's own function.
 
-int ZrXmlReader::mode() const { return top() ? top()->mode() : 0; }
+int ZrXmlReader::mode() const { return top() ? top()->ZrXmlFileReader::mode() : 0; }
 
-const ZrToken& ZrXmlReader::element() const { return top() ? top()->element() : theNoToken; }
+const ZrToken& ZrXmlReader::element() const { return top() ? top()->ZrXmlFileReader::element() : theNoToken; }
 
-const ZrToken& ZrXmlReader::attributeName() const { return top() ? top()->attributeName() : theNoToken; }
+const ZrToken& ZrXmlReader::attributeName() const { return top() ? top()->ZrXmlFileReader::attributeName() : theNoToken; }
 
 const ZrToken& ZrXmlReader::attributeName(const ZrToken& name) const {
-  return top() ? top()->attributeName(name) : theNoToken;
+  return top() ? top()->ZrXmlFileReader::attributeName(name) : theNoToken;
 }
 
-const std::string& ZrXmlReader::attributeValue() { return top() ? top()->attributeValue() : theNoText; }
+const std::string& ZrXmlReader::attributeValue() { return top() ? top()->ZrXmlFileReader::attributeValue() : theNoText; }
 
 const std::string& ZrXmlReader::attributeValue(const ZrToken& name) {
-  return top() ? top()->attributeValue(name) : theNoText;
+  return top() ? top()->ZrXmlFileReader::attributeValue(name) : theNoText;
 }
 
-ZrU32 ZrXmlReader::numOfAttributes() const { return top() ? top()->numOfAttributes() : 0; }
+ZrU32 ZrXmlReader::numOfAttributes() const { return top() ? top()->ZrXmlFileReader::numOfAttributes() : 0; }
 
-ZrU32 ZrXmlReader::remainingNumOfAttributes() const { return top() ? top()->remainingNumOfAttributes() : 0; }
+ZrU32 ZrXmlReader::remainingNumOfAttributes() const { return top() ? top()->ZrXmlFileReader::remainingNumOfAttributes() : 0; }
 
-std::string ZrXmlReader::content() const { return top() ? top()->content() : std::string(); }
+std::string ZrXmlReader::content() const { return top() ? top()->ZrXmlFileReader::content() : std::string(); }
 
-std::string ZrXmlReader::contentByWord() const { return top() ? top()->contentByWord() : std::string(); }
+std::string ZrXmlReader::contentByWord() const { return top() ? top()->ZrXmlFileReader::contentByWord() : std::string(); }
 
 std::string_view ZrXmlReader::nextContentWord() const {
-  return top() ? top()->nextContentWord() : std::string_view();
+  return top() ? top()->ZrXmlFileReader::nextContentWord() : std::string_view();
 }
 
-ZrU32 ZrXmlReader::contentCount() const { return top() ? top()->contentCount() : 0; }
+ZrU32 ZrXmlReader::contentCount() const { return top() ? top()->ZrXmlFileReader::contentCount() : 0; }
 
-ZrBoolean ZrXmlReader::isContentAvailable() const { return top() ? top()->isContentAvailable() : false; }
+ZrBoolean ZrXmlReader::isContentAvailable() const { return top() ? top()->ZrXmlFileReader::isContentAvailable() : false; }
 
 void ZrXmlReader::setContentVectorFlag(bool flag) {
-  if (top()) top()->setContentVectorFlag(flag);
+  if (top()) top()->ZrXmlFileReader::setContentVectorFlag(flag);
 }
 
-const std::string& ZrXmlReader::filename() { return top() ? top()->filename() : theNoText; }
+const std::string& ZrXmlReader::filename() { return top() ? top()->ZrXmlFileReader::filename() : theNoText; }
 
-int ZrXmlReader::lineCountOfFile() const { return top() ? top()->lineCountOfFile() : 0; }
+int ZrXmlReader::lineCountOfFile() const { return top() ? top()->ZrXmlFileReader::lineCountOfFile() : 0; }
 
-ZrBoolean ZrXmlReader::nextMatchingEndTag() { return top() ? top()->nextMatchingEndTag() : false; }
+ZrBoolean ZrXmlReader::nextMatchingEndTag() { return top() ? top()->ZrXmlFileReader::nextMatchingEndTag() : false; }
 
-std::string ZrXmlReader::getChildrenAsString() { return top() ? top()->getChildrenAsString() : std::string(); }
+std::string ZrXmlReader::getChildrenAsString() { return top() ? top()->ZrXmlFileReader::getChildrenAsString() : std::string(); }
 
-std::istream* ZrXmlReader::stream() const { return top() ? top()->stream() : nullptr; }
+std::istream* ZrXmlReader::stream() const { return top() ? top()->ZrXmlFileReader::stream() : nullptr; }
 
-const ZrToken& ZrXmlReader::getComplexStartTagFast() { return top() ? top()->getComplexStartTagFast() : theNoToken; }
+const ZrToken& ZrXmlReader::getComplexStartTagFast() { return top() ? top()->ZrXmlFileReader::getComplexStartTagFast() : theNoToken; }
 
-const ZrToken& ZrXmlReader::getSimpleStartTagFast() { return top() ? top()->getSimpleStartTagFast() : theNoToken; }
+const ZrToken& ZrXmlReader::getSimpleStartTagFast() { return top() ? top()->ZrXmlFileReader::getSimpleStartTagFast() : theNoToken; }
 
-const std::string& ZrXmlReader::getAttributeValueFast() { return top() ? top()->getAttributeValueFast() : theNoText; }
+const std::string& ZrXmlReader::getAttributeValueFast() { return top() ? top()->ZrXmlFileReader::getAttributeValueFast() : theNoText; }
 
 const std::string& ZrXmlReader::getLastAttributeValueFast() {
-  return top() ? top()->getLastAttributeValueFast() : theNoText;
+  return top() ? top()->ZrXmlFileReader::getLastAttributeValueFast() : theNoText;
 }
 
-const std::string& ZrXmlReader::getContentByWordFast() { return top() ? top()->getContentByWordFast() : theNoText; }
+const std::string& ZrXmlReader::getContentByWordFast() { return top() ? top()->ZrXmlFileReader::getContentByWordFast() : theNoText; }
 
-const ZrToken& ZrXmlReader::getEndTagFast() { return top() ? top()->getEndTagFast() : theNoToken; }
+const ZrToken& ZrXmlReader::getEndTagFast() { return top() ? top()->ZrXmlFileReader::getEndTagFast() : theNoToken; }
 
 // ---- Factory ---------------------------------------------------------------------------------------
 
@@ -247,7 +245,7 @@ void ZrXmlReader::includeError(const char* what, const std::string& name) {
 // an end tag is skipped up to that end tag, so that the including document goes on after it.
 ZrBoolean ZrXmlReader::openFileTest() {
   if (!top()) return false;
-  const int currentMode = mode();
+  const int currentMode = top()->ZrXmlFileReader::mode();
   if (currentMode != 1 && currentMode != 3) return false;  // only a start tag can begin an include
   static const ZrToken theIncludeToken("ZrInclude");
   if (!(element() == theIncludeToken)) return false;
@@ -282,7 +280,7 @@ ZrBoolean ZrXmlReader::openFileTest() {
                                 filename().c_str(), lineCountOfFile());
 
   const bool mayOpen = syntaxCorrect && mayOpenInclude(host, fullName);
-  if (currentMode == 1) top()->nextMatchingEndTag();
+  if (currentMode == 1) top()->ZrXmlFileReader::nextMatchingEndTag();
   if (mayOpen) pushInclude(host, fullName);
   return true;
 }
@@ -342,8 +340,9 @@ void ZrXmlReader::pushInclude(const std::string& host, const std::string& fullNa
   std::istream& in = *stream;
   const std::uint64_t bytesLeft = m_theMaxIncludedBytes - includedBytes();
   m_theFileReaders.emplace_back(fullName, in, std::move(stream));
+  forgetTop();
   applyReadingOptions(*top());
-  top()->setMaxBytes(bytesLeft);
+  top()->ZrXmlFileReader::setMaxBytes(bytesLeft);
   ++m_theIncludedDocuments;
 }
 
@@ -417,10 +416,11 @@ void ZrXmlReader::reportTruncation(OpenDocument& document) {
 }
 
 ZrBoolean ZrXmlReader::closeFileTest() {
-  if (!top() || top()->mode() != 0) return false;
+  if (!top() || top()->ZrXmlFileReader::mode() != 0) return false;
   if (m_theFileReaders.size() < 2) return false;  // the opened document itself stays
-  m_theClosedIncludeBytes += top()->bytesRead();
+  m_theClosedIncludeBytes += top()->ZrXmlFileReader::bytesRead();
   m_theFileReaders.pop_back();
+  forgetTop();
   return true;
 }
 

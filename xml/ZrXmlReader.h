@@ -181,8 +181,24 @@ class ZrXmlReader {
 
   void reportTruncation(OpenDocument& document);
 
-  ZrXmlFileReader* top();
-  const ZrXmlFileReader* top() const;
+  // The file reader on top of the stack, or null. Every query asks for it, so it is kept beside the
+  // stack: a copy of the reader starts without it and finds its own on first use, and every push and pop
+  // forgets it.
+  struct TopReader {
+    ZrXmlFileReader* reader = nullptr;
+    TopReader() = default;
+    TopReader(const TopReader&) {}
+    TopReader& operator=(const TopReader&) {
+      reader = nullptr;
+      return *this;
+    }
+  };
+  ZrXmlFileReader* top() const {
+    if (!m_theTop.reader && !m_theFileReaders.empty())
+      m_theTop.reader = const_cast<ZrXmlFileReader*>(&m_theFileReaders.back().reader);
+    return m_theTop.reader;
+  }
+  void forgetTop() { m_theTop.reader = nullptr; }
   void resolveHref(const std::string& href, std::string& host, std::string& fullName);
   bool mayOpenInclude(const std::string& host, const std::string& fullName);
   void pushInclude(const std::string& host, const std::string& fullName);
@@ -191,6 +207,7 @@ class ZrXmlReader {
   void becomeReadingReader();
 
   std::deque<OpenDocument> m_theFileReaders;  // bottom: the opened document; top: answers every query
+  mutable TopReader m_theTop;
   bool m_theVersionCheckPending;
   bool m_theVersionFlag;
   // Copies share the factory: the last reader holding it deletes it, so no copy ever deletes a factory

@@ -1,7 +1,6 @@
 #include "ZrXmlRegistrationTable.h"
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 #include <typeindex>
 #include <unordered_map>
@@ -13,6 +12,10 @@ std::unordered_map<std::type_index, std::unique_ptr<ZrXmlRegistrationTable>>& ta
   static auto* theTables = new std::unordered_map<std::type_index, std::unique_ptr<ZrXmlRegistrationTable>>;
   return *theTables;
 }
+
+// The class find() answered last, and its table.
+const std::type_info* theLastType = nullptr;
+ZrXmlRegistrationTable* theLastTable = nullptr;
 
 // The first item whose token text is not less than the text, in items sorted by token text.
 template <class Items>
@@ -35,14 +38,22 @@ void assignSorted(std::vector<Item>& items, const ZrToken& token, Assign assign)
 }
 }  // namespace
 
+// Objects of one class mostly come in a row (the elements of a container): the class asked about last is
+// answered without hashing its name again.
 ZrXmlRegistrationTable* ZrXmlRegistrationTable::find(const std::type_info& type) {
+  if (&type == theLastType) return theLastTable;
   auto found = tables().find(std::type_index(type));
-  return found == tables().end() ? nullptr : found->second.get();
+  if (found == tables().end()) return nullptr;
+  theLastType = &type;
+  theLastTable = found->second.get();
+  return theLastTable;
 }
 
 ZrXmlRegistrationTable* ZrXmlRegistrationTable::create(const std::type_info& type) {
   std::unique_ptr<ZrXmlRegistrationTable>& table = tables()[std::type_index(type)];
   table.reset(new ZrXmlRegistrationTable);
+  theLastType = &type;
+  theLastTable = table.get();
   return table.get();
 }
 
@@ -82,10 +93,8 @@ const ZrXmlRegistrationTable::Entry* ZrXmlRegistrationTable::findIn(const std::v
   const std::string& text = token.tokenText();
   const std::size_t theFewEntries = 8;
   if (entries.size() <= theFewEntries) {
-    for (const Entry& entry : entries) {
-      const std::string& candidate = entry.token.tokenText();
-      if (candidate.size() == text.size() && std::memcmp(candidate.data(), text.data(), text.size()) == 0) return &entry;
-    }
+    for (const Entry& entry : entries)
+      if (Zr::textEqual(entry.token.tokenText(), text)) return &entry;
     return nullptr;
   }
   auto place = lowerBoundByText(entries, text);
