@@ -22,7 +22,13 @@ class ZrToken {
   ZrToken(ZrToken&&) noexcept = default;
   virtual ~ZrToken();
 
-  ZrToken& operator=(const ZrToken&) = default;
+  // Readers copy names into tokens they keep, mostly names they already hold or without a namespace: a
+  // text already equal is left as it is.
+  ZrToken& operator=(const ZrToken& other) {
+    if (!Zr::textEqual(m_theToken, other.m_theToken)) m_theToken = other.m_theToken;
+    if (!Zr::textEqual(m_theNamespace, other.m_theNamespace)) m_theNamespace = other.m_theNamespace;
+    return *this;
+  }
   ZrToken& operator=(ZrToken&&) noexcept = default;
   ZrToken& operator=(const std::string& text);  // parses "namespace#token", replacing both texts
 

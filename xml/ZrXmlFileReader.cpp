@@ -68,7 +68,9 @@ ZrU32 countWords(std::string_view text) {
 }
 
 // Trims white space at both ends; a text made only of white space is left as it is, like ZrToken::strip.
-std::string_view stripView(std::string_view text) {
+// Tags and names mostly have none: those cost a look at each end.
+inline std::string_view stripView(std::string_view text) {
+  if (!text.empty() && !isWhite(text.front()) && !isWhite(text.back())) return text;
   std::size_t first = 0;
   while (first < text.size() && isWhite(text[first])) ++first;
   if (first == text.size()) return text;
@@ -110,7 +112,7 @@ struct SplitName {
   bool emptyToken;  // nothing after the '#' rule, before the prefix is dropped
 };
 
-inline SplitName splitName(std::string_view text) {
+SplitName splitMarkedName(std::string_view text) {
   const char* begin = text.data();
   const char* end = begin + text.size();
   const char* tokenBegin = begin;
@@ -128,6 +130,28 @@ inline SplitName splitName(std::string_view text) {
   const char* localBegin = colon ? colon + 1 : tokenBegin;
   return {std::string_view(begin, hasHash ? static_cast<std::size_t>(tokenBegin - 1 - begin) : 0),
           std::string_view(localBegin, static_cast<std::size_t>(end - localBegin)), hasHash, tokenBegin == end};
+}
+
+// Most names hold neither '#' nor ':' and are their own token text.
+inline SplitName splitName(std::string_view text) {
+  const char* const begin = text.data();
+  const char* const end = begin + text.size();
+  for (const char* at = begin; at < end; ++at)
+    if (hasClass(*at, NameMark)) return splitMarkedName(text);
+  return {std::string_view(begin, 0), text, false, text.empty()};
+}
+
+// Scans an element name up to white space, splitting it as splitName() does in the same pass.
+inline SplitName scanElementName(const char*& at, const char* end) {
+  const char* const begin = at;
+  for (; at < end; ++at) {
+    if (!hasClass(*at, White | NameMark)) continue;
+    if (isWhite(*at)) break;
+    while (at < end && !isWhite(*at)) ++at;
+    return splitMarkedName(std::string_view(begin, static_cast<std::size_t>(at - begin)));
+  }
+  const std::string_view name(begin, static_cast<std::size_t>(at - begin));
+  return {std::string_view(begin, 0), name, false, name.empty()};
 }
 
 // Fills a token from a split name; no allocation when the texts fit the strings' capacity.
@@ -1114,9 +1138,8 @@ bool ZrXmlFileReader::parseStartTag(std::string_view text) {
   const char* end = at + text.size();
   while (at < end && isWhite(*at)) ++at;
   const char* nameBegin = at;
-  while (at < end && !isWhite(*at)) ++at;
+  const SplitName splitElementName = scanElementName(at, end);
   std::string_view name(nameBegin, static_cast<std::size_t>(at - nameBegin));
-  const SplitName splitElementName = splitName(name);
   if (splitElementName.emptyToken) {
     m_theElementStack.back().element = m_theElementStack.size() > 1
                                            ? m_theElementStack[m_theElementStack.size() - 2].element
