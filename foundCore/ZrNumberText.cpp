@@ -6,6 +6,7 @@
 #include <cfenv>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -120,9 +121,39 @@ bool fromCharsAgreesWithStrtod() {
   return point[0] == '.' && point[1] == '\0' && std::fegetround() == FE_TONEAREST;
 }
 
+inline bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+// A decimal of at most 15 digits with at most 22 of them after the point ("-12.5", "0.001", "7.") is
+// its digits as an integer, exact in a double, divided by a power of ten, also exact: one division,
+// rounded correctly, as from_chars and strtod round. Anything else is left to from_chars.
+bool readShortDecimal(const char* first, const char* last, double& value) {
+  static const double thePowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                          1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+  const std::ptrdiff_t theMostDigits = 15;
+  const char* at = first;
+  const bool negative = at < last && *at == '-';
+  if (negative) ++at;
+  std::uint64_t digits = 0;
+  const char* const integerBegin = at;
+  for (; at < last && isDigit(*at); ++at) digits = digits * 10 + static_cast<unsigned>(*at - '0');
+  std::ptrdiff_t count = at - integerBegin;
+  std::ptrdiff_t fraction = 0;
+  if (at < last && *at == '.') {
+    const char* const fractionBegin = ++at;
+    for (; at < last && isDigit(*at); ++at) digits = digits * 10 + static_cast<unsigned>(*at - '0');
+    fraction = at - fractionBegin;
+    count += fraction;
+  }
+  if (at != last || count == 0 || count > theMostDigits) return false;
+  const double magnitude = static_cast<double>(digits) / thePowersOfTen[fraction];
+  value = negative ? -magnitude : magnitude;
+  return true;
+}
+
 // from_chars and strtod both round correctly, so wherever from_chars takes the whole text as a finite
 // number the two give the same double. Every other case, rare in documents, keeps strtod's own answer.
 bool readPlainDecimal(const char* first, const char* last, double& value) {
+  if (readShortDecimal(first, last, value)) return true;
   const std::from_chars_result result = std::from_chars(first, last, value);
   return result.ec == std::errc() && result.ptr == last && std::isfinite(value);
 }
@@ -134,6 +165,15 @@ bool readPlainDecimal(const char* first, const char* last, double& value) {
 // strtol itself.
 long ZrSTRING2LONG(const char* text, const char** end) {
   const char* digits = text[0] == '-' ? text + 1 : text;
+  // Up to 18 digits cannot overflow: those are summed here.
+  const char* at = digits;
+  unsigned long magnitude = 0;
+  for (; isDigit(*at) && at - digits < 18; ++at) magnitude = magnitude * 10 + static_cast<unsigned>(*at - '0');
+  if (at != digits && !isDigit(*at)) {
+    if (end) *end = at;
+    const long value = static_cast<long>(magnitude);
+    return digits == text ? value : -value;
+  }
   if (*digits >= '0' && *digits <= '9') {
     long value = 0;
     const std::from_chars_result result = std::from_chars(text, text + std::strlen(text), value);

@@ -65,6 +65,23 @@ TEST(ZrNumberParse, GeneratedNumbersInEveryWrittenFormReadAsStrtodReadsThem) {
   }
 }
 
+// Decimals of up to 17 digits with the point anywhere, on both sides of the 15 digits and 22 places that
+// are read as one division, and with zeros and signs where writers put them.
+TEST(ZrNumberParse, ShortDecimalsWithThePointAnywhereReadAsStrtodReadsThem) {
+  std::mt19937_64 random(20261125);
+  for (int i = 0; i < 20000; ++i) {
+    const int digits = 1 + static_cast<int>(random() % 17);
+    std::string text = random() % 3 == 0 ? "-" : "";
+    const std::size_t integerAt = text.size();
+    for (int d = 0; d < digits; ++d) text += static_cast<char>('0' + random() % 10);
+    const std::size_t point = integerAt + random() % (digits + 1);
+    if (random() % 4 != 0) text.insert(point, ".");
+    if (random() % 8 == 0) text.insert(integerAt, std::string(random() % 10, '0'));
+    if (random() % 8 == 0) text.append(std::string(random() % 12, '0'));
+    expectSameAsStrtod(text);
+  }
+}
+
 // strtod rounds in the current rounding direction; the shortcut must not silently round to nearest.
 TEST(ZrNumberParse, OtherRoundingDirectionsGiveStrtodsResult) {
   const char* const texts[] = {"0.1", "-0.1", "1.0000000000000002220446", "3.14159265358979323846", "1e-310"};
@@ -107,7 +124,8 @@ TEST(ZrNumberParse, RealsWrittenWithAPrecisionAreWhatPrintfWrites) {
 TEST(ZrNumberParse, IntegersGiveStrtolsNumberAndEnd) {
   const char* const texts[] = {"42", "-7", "0", "-0", "007", "12abc", "3.9", "  12", "\t-5", "+5", "", "-", "- 3",
                                "abc", "0x1A", "9223372036854775807", "9223372036854775808", "-9223372036854775808",
-                               "-9223372036854775809", "99999999999999999999999"};
+                               "-9223372036854775809", "99999999999999999999999", "123456789012345678",
+                               "-123456789012345678", "1234567890123456789", "999999999999999999", "12 34", "5-"};
   for (const char* text : texts) {
     char* strtolEnd = nullptr;
     const long expected = std::strtol(text, &strtolEnd, 10);
