@@ -238,6 +238,7 @@ class ZrXmlFileReader {
   bool readBlock();
   bool checkDocumentStart(std::size_t count, std::size_t& skipped);
   std::size_t findChar(char c, std::size_t from);
+  std::size_t findCharSoon(char c, std::size_t from);
   bool ensureAvailable(std::size_t count);
   void consumeTo(std::size_t position);
   bool skipWhile(unsigned char charClass);

@@ -249,7 +249,12 @@ ZrBoolean ZrXmlReader::openFileTest() {
   if (currentMode != 1 && currentMode != 3) return false;  // only a start tag can begin an include
   static const ZrToken theIncludeToken("ZrInclude");
   if (!(element() == theIncludeToken)) return false;
+  followInclude(currentMode);
+  return true;
+}
 
+// Kept apart from the test above, which every item read passes through.
+void ZrXmlReader::followInclude(int currentMode) {
   m_theVersionCheckPending = true;
   std::string host;
   std::string fullName;
@@ -282,7 +287,6 @@ ZrBoolean ZrXmlReader::openFileTest() {
   const bool mayOpen = syntaxCorrect && mayOpenInclude(host, fullName);
   if (currentMode == 1) top()->ZrXmlFileReader::nextMatchingEndTag();
   if (mayOpen) pushInclude(host, fullName);
-  return true;
 }
 
 // Checks the limits of this reader, each refusal reported in the including document's position.

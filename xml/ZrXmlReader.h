@@ -199,6 +199,7 @@ class ZrXmlReader {
     return m_theTop.reader;
   }
   void forgetTop() { m_theTop.reader = nullptr; }
+  void followInclude(int currentMode);
   void resolveHref(const std::string& href, std::string& host, std::string& fullName);
   bool mayOpenInclude(const std::string& host, const std::string& fullName);
   void pushInclude(const std::string& host, const std::string& fullName);
