@@ -10,6 +10,9 @@ namespace Zr {
 // Whether two texts are equal, for the short names (element, attribute and member names) that readers
 // compare many times per object. Up to 16 bytes are compared as two overlapping words each way, without a
 // call to memcmp and without looking past either text; longer texts go to memcmp.
+#if defined(__GNUC__)
+__attribute__((always_inline))
+#endif
 inline bool textEqual(std::string_view one, std::string_view other) {
   const std::size_t size = one.size();
   if (size != other.size()) return false;

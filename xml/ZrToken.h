@@ -48,6 +48,9 @@ class ZrToken {
     return *this;
   }
 
+#if defined(__GNUC__)
+  __attribute__((always_inline))
+#endif
   bool operator==(const ZrToken& other) const {
     return Zr::textEqual(m_theToken, other.m_theToken) && Zr::textEqual(m_theNamespace, other.m_theNamespace);
   }
