@@ -55,6 +55,45 @@ unsigned shortestDigits(double value, char* digits, int& exponent) {
   return count;
 }
 
+// The digits of a value that a decimal of `precision` (at most 15) significant digits reads back to, as
+// shortestDigits() gives them (no trailing zeros), found with one multiplication and confirmed with one
+// exact division or multiplication; false when no such decimal reads back to the value. At most one
+// decimal of that many digits can: they lie more than a unit in the last place of the double apart. Values
+// from 1e-7 up to 1e15 are taken, so that every power of ten used is exact.
+bool scaledDigits(double value, int precision, char* digits, unsigned& count, int& exponent) {
+  static const double thePowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                          1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+  const double magnitude = std::fabs(value);
+  if (!(magnitude >= 1e-7 && magnitude < 1e15)) return false;
+  int power = 0;  // the decimal exponent of the value's leading digit
+  if (magnitude >= 1.0) {
+    while (power < 15 && thePowersOfTen[power + 1] <= magnitude) ++power;
+  } else {
+    while (magnitude * thePowersOfTen[-power] < 1.0) --power;
+  }
+  const int scale = precision - 1 - power;  // from -14 to 21
+  const double scaled = scale >= 0 ? magnitude * thePowersOfTen[scale] : magnitude / thePowersOfTen[-scale];
+  const std::uint64_t least = static_cast<std::uint64_t>(thePowersOfTen[precision - 1]);
+  const std::uint64_t candidate = static_cast<std::uint64_t>(std::llround(scaled));
+  if (candidate < least || candidate >= least * 10) return false;
+  const double back = scale >= 0 ? static_cast<double>(candidate) / thePowersOfTen[scale]
+                                 : static_cast<double>(candidate) * thePowersOfTen[-scale];
+  if (back != magnitude) return false;
+  std::uint64_t rest = candidate;
+  unsigned length = static_cast<unsigned>(precision);
+  while (rest % 10 == 0) {
+    rest /= 10;
+    --length;
+  }
+  for (unsigned i = length; i > 0; --i) {
+    digits[i - 1] = static_cast<char>('0' + rest % 10);
+    rest /= 10;
+  }
+  count = length;
+  exponent = power;
+  return true;
+}
+
 // printf's %g of a value whose exact shortest digits number no more than the precision: those digits,
 // in fixed form while the exponent lies in [-4, precision), else as d.ddde+XX; no trailing zeros.
 unsigned formatShortG(bool negative, const char* digits, unsigned count, int exponent, int precision, char* text) {
@@ -101,7 +140,8 @@ unsigned ZrDOUBLE2CHARS_G(double value, int precision, char* text) {
   if ((kind == FP_NORMAL || kind == FP_ZERO) && precision <= theWidestShortcut) {
     char digits[ZrDOUBLE_CHARS_SIZE];
     int exponent = 0;
-    const unsigned count = shortestDigits(value, digits, exponent);
+    unsigned count = 0;
+    if (!scaledDigits(value, precision, digits, count, exponent)) count = shortestDigits(value, digits, exponent);
     if (count <= static_cast<unsigned>(precision))
       return formatShortG(std::signbit(value), digits, count, exponent, precision, text);
   }
