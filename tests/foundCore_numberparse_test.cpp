@@ -100,7 +100,10 @@ TEST(ZrNumberParse, RealsWrittenWithAPrecisionAreWhatPrintfWrites) {
   std::vector<double> values = {0.0, -0.0, 1.0, -1.0, 0.1, 0.5, 1e-4, 9.99999e-5, 1e-5, 123456.0, 999999.5, 1e15,
                                 1e16, 1e21, 5e-324, 2.2250738585072014e-308, 1.7976931348623157e308,
                                 std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
-                                std::numeric_limits<double>::quiet_NaN()};
+                                std::numeric_limits<double>::quiet_NaN(),
+                                // the edges of the range read by scaling, and values just off short decimals
+                                1e-7, 9.999999e-8, 1.0000001e-7, 999999999999999.0, 99999999999999.9,
+                                0.30000000000000004, 1.0 / 3, 2.675, 1.005, 0.000123456, -708.77};
   for (int i = 0; i < 2000; ++i) {
     const double scale = std::pow(10.0, static_cast<int>(random() % 40) - 20);
     values.push_back(std::round(std::uniform_real_distribution<double>(-1e6, 1e6)(random)) / 100.0 * scale);
