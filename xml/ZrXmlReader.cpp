@@ -112,10 +112,16 @@ void ZrXmlReader::open(const std::string& filename, std::istream& stream) {
   m_theVersionFlag = true;
 }
 
-void ZrXmlReader::becomeReadingReader() {
-  static Zr::Print& print = Zr::Print::instance();  // asked once: every readXml() comes here
-  if (print.innermostWatcher() == this) return;
-  print.raiseWatcher(this, [this](int printType, const std::string& message) { noteFault(printType, message); });
+// Every readXml() comes here: the print facility is asked for once, and the watcher raised only when
+// another reader (or none) is the one watched.
+inline void ZrXmlReader::becomeReadingReader() {
+  static Zr::Print& print = Zr::Print::instance();
+  if (print.innermostWatcher() != this) raiseAsWatcher();
+}
+
+void ZrXmlReader::raiseAsWatcher() {
+  Zr::Print::instance().raiseWatcher(this,
+                                     [this](int printType, const std::string& message) { noteFault(printType, message); });
 }
 
 void ZrXmlReader::noteFault(int printType, const std::string& message) {

@@ -206,6 +206,7 @@ class ZrXmlReader {
   void includeError(const char* what, const std::string& name);
   // Makes this reader the one whose faults the print facility reports to.
   void becomeReadingReader();
+  void raiseAsWatcher();
 
   std::deque<OpenDocument> m_theFileReaders;  // bottom: the opened document; top: answers every query
   mutable TopReader m_theTop;
