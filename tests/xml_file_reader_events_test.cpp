@@ -69,6 +69,41 @@ TEST(ZrXmlFileReaderEvents, AttributesAreReadOnceInNameOrderWithTheFirstValueKep
                                  "value.\n\tFile: doc.xml\n\tLine: 1\n"});
 }
 
+// Attribute names are handed out as tokens kept by name across tags. Tags with more names than are kept,
+// names coming back with another prefix or namespace part, and copies of the reader must still name each
+// attribute right, and a name handed out stays valid while the rest of its tag is read.
+TEST(ZrXmlFileReaderEvents, AttributeNamesStayRightAcrossManyTagsAndNames) {
+  std::string document = "<r>";
+  const char* const tags[] = {"<e a='1' b='2'/>", "<e a='1' p:b='2' xmlns:p='urn:p'/>", "<e u#a='1' b='2'/>",
+                              "<f k0='0' k1='1' k2='2' k3='3' k4='4' k5='5' k6='6' k7='7' k8='8' k9='9' k10='10'/>",
+                              "<e a='1' b='2'/>"};
+  for (int round = 0; round < 3; ++round)
+    for (const char* tag : tags) document += tag;
+  document += "</r>";
+  std::istringstream in(document);
+  ZrXmlFileReader reader("doc.xml", in);
+  ASSERT_EQ(reader.readXml(), 1);
+  for (int round = 0; round < 3; ++round) {
+    for (const char* tag : tags) {
+      ASSERT_EQ(reader.readXml(), 3) << tag;
+      std::istringstream expectedIn(std::string("<x>") + tag + "</x>");
+      ZrXmlFileReader expected("doc.xml", expectedIn);  // a fresh reader has kept nothing yet
+      expected.readXml();
+      expected.readXml();
+      const ZrToken& first = reader.attributeName();
+      const std::string firstText = first.namespaceAndToken();
+      ZrXmlFileReader copy(reader);
+      while (reader.remainingNumOfAttributes() > 0) {
+        ASSERT_EQ(copy.attributeName(), expected.attributeName()) << tag;
+        ASSERT_EQ(reader.attributeName(), expected.attributeName()) << tag;
+        EXPECT_EQ(reader.attributeValue(), expected.attributeValue()) << tag;
+        copy.attributeValue();
+        EXPECT_EQ(first.namespaceAndToken(), firstText) << tag;
+      }
+    }
+  }
+}
+
 TEST(ZrXmlFileReaderEvents, NamespaceDeclarationsAreInheritedAndKept) {
   ZrTest::PrintCapture capture;
   std::istringstream in(
