@@ -41,6 +41,11 @@ unsigned ZrDOUBLE2CHARS(double value, char* text) {
 
 namespace {
 
+// The powers of ten a double holds exactly: a product or quotient of one and an integer below 2^53 is
+// rounded once, correctly.
+const double thePowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
 // The digits and decimal exponent of the shortest text that reads back to value (finite): 1234.5 gives
 // "12345" and 3. Returns the number of digits.
 unsigned shortestDigits(double value, char* digits, int& exponent) {
@@ -61,8 +66,6 @@ unsigned shortestDigits(double value, char* digits, int& exponent) {
 // decimal of that many digits can: they lie more than a unit in the last place of the double apart. Values
 // from 1e-7 up to 1e15 are taken, so that every power of ten used is exact.
 bool scaledDigits(double value, int precision, char* digits, unsigned& count, int& exponent) {
-  static const double thePowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                                          1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
   const double magnitude = std::fabs(value);
   if (!(magnitude >= 1e-7 && magnitude < 1e15)) return false;
   int power = 0;  // the decimal exponent of the value's leading digit
@@ -167,8 +170,6 @@ inline bool isDigit(char c) { return c >= '0' && c <= '9'; }
 // its digits as an integer, exact in a double, divided by a power of ten, also exact: one division,
 // rounded correctly, as from_chars and strtod round. Anything else is left to from_chars.
 bool readShortDecimal(const char* first, const char* last, double& value) {
-  static const double thePowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                                          1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
   const std::ptrdiff_t theMostDigits = 15;
   const char* at = first;
   const bool negative = at < last && *at == '-';

@@ -69,9 +69,9 @@ TEST(ZrXmlFileReaderEvents, AttributesAreReadOnceInNameOrderWithTheFirstValueKep
                                  "value.\n\tFile: doc.xml\n\tLine: 1\n"});
 }
 
-// Attribute names are handed out as tokens kept by name across tags. Tags with more names than are kept,
-// names coming back with another prefix or namespace part, and copies of the reader must still name each
-// attribute right, and a name handed out stays valid while the rest of its tag is read.
+// Attribute tokens are reused from tag to tag. Tags with many names, names coming back with another prefix
+// or namespace part, and copies of the reader must still name each attribute right, and a name handed out
+// stays valid while the rest of its tag is read.
 TEST(ZrXmlFileReaderEvents, AttributeNamesStayRightAcrossManyTagsAndNames) {
   std::string document = "<r>";
   const char* const tags[] = {"<e a='1' b='2'/>", "<e a='1' p:b='2' xmlns:p='urn:p'/>", "<e u#a='1' b='2'/>",

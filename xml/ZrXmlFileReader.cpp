@@ -429,7 +429,6 @@ void ZrXmlFileReader::copyFrom(const ZrXmlFileReader& other) {
   m_theStartRead = other.m_theStartRead;
   m_theUnsupportedEncoding = other.m_theUnsupportedEncoding;
   m_theMarkupSeen = other.m_theMarkupSeen;
-  m_theTagNumber = other.m_theTagNumber;
   m_theChecker.reset(other.m_theChecker ? new ZrXmlWellFormednessChecker(*other.m_theChecker, *this) : nullptr);
   rebaseAttributes(other);
 }
@@ -459,7 +458,6 @@ void ZrXmlFileReader::rebaseAttributes(const ZrXmlFileReader& other) {
     entry.name = rebase(entry.name);
     entry.value = rebase(entry.value);
   }
-  for (AttributeEntry& entry : m_theAttributeEntries) entry.tokenBuilt = false;  // tokens come from the copy's own
 }
 
 // A single element left open passes silently: a reader that stops after its root's start tag is normal.
@@ -559,39 +557,10 @@ std::size_t ZrXmlFileReader::findUnreadAttribute(const ZrToken& name) const {
 const ZrToken& ZrXmlFileReader::attributeToken(std::size_t index) const {
   AttributeEntry& entry = m_theAttributeEntries[index];
   if (!entry.tokenBuilt) {
-    entry.shown = &keptAttributeToken(entry);
+    assignNameIfChanged(entry.token, entry.name);  // entries are reused: the same tag's names come again
     entry.tokenBuilt = true;
   }
-  return *entry.shown;
-}
-
-// The kept token of the entry's name, kept now if it was not; the entry's own token when every kept
-// token serves the current tag.
-const ZrToken& ZrXmlFileReader::keptAttributeToken(AttributeEntry& entry) const {
-  for (KeptAttributeToken& kept : m_theKeptAttributeTokens) {
-    if (!Zr::textEqual(kept.name, entry.name)) continue;
-    kept.tag = m_theTagNumber;
-    return kept.token;
-  }
-  KeptAttributeToken* slot = nullptr;
-  if (m_theKeptAttributeTokens.size() < theKeptAttributeTokens) {
-    m_theKeptAttributeTokens.reserve(theKeptAttributeTokens);
-    slot = &m_theKeptAttributeTokens.emplace_back();
-  } else {
-    for (std::size_t looked = 0; looked < theKeptAttributeTokens && !slot; ++looked) {
-      KeptAttributeToken& kept = m_theKeptAttributeTokens[m_theNextKeptToReplace];
-      m_theNextKeptToReplace = (m_theNextKeptToReplace + 1) % theKeptAttributeTokens;
-      if (kept.tag != m_theTagNumber) slot = &kept;
-    }
-  }
-  if (!slot) {
-    assignNameIfChanged(entry.token, entry.name);
-    return entry.token;
-  }
-  slot->name.assign(entry.name.data(), entry.name.size());
-  assignName(slot->token, entry.name);
-  slot->tag = m_theTagNumber;
-  return slot->token;
+  return entry.token;
 }
 
 std::string ZrXmlFileReader::content() const {
@@ -1305,7 +1274,6 @@ void ZrXmlFileReader::addAttribute(std::string_view name, std::size_t localOffse
 }
 
 void ZrXmlFileReader::clearAttributes() {
-  ++m_theTagNumber;
   m_theAttributeCount = 0;
   m_theUnreadAttributes = 0;
   m_theAttributeOrderBuilt = false;

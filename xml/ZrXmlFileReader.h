@@ -298,26 +298,12 @@ class ZrXmlFileReader {
     std::string_view name;         // as written, prefix included
     std::string_view value;        // as written, or with its references expanded
     std::size_t localOffset = 0;   // where the token text (no namespace part, no prefix) begins in name
-    ZrToken token;                 // built on first request, when no kept token serves
-    const ZrToken* shown = nullptr;  // the token attributeName() hands out, once built
+    ZrToken token;                 // built on first request
     bool tokenBuilt = false;
     bool taken = false;            // handed out by attributeValue()
     std::string_view local() const { return name.substr(localOffset); }
   };
   mutable std::vector<AttributeEntry> m_theAttributeEntries;
-  // Tokens of the attribute names met lately, each with its name as written: a name that comes again (on
-  // every element of a kind) is handed out without its token being built again. A kept token handed out
-  // for the current tag goes to no other name while the tag is current.
-  struct KeptAttributeToken {
-    std::string name;
-    ZrToken token;
-    std::uint64_t tag = 0;  // the start tag it was last handed out for
-  };
-  static const std::size_t theKeptAttributeTokens = 8;
-  const ZrToken& keptAttributeToken(AttributeEntry& entry) const;
-  mutable std::vector<KeptAttributeToken> m_theKeptAttributeTokens;  // never beyond its first reserve: tokens stay put
-  mutable std::size_t m_theNextKeptToReplace = 0;
-  std::uint64_t m_theTagNumber = 0;  // start tags parsed
   std::size_t m_theAttributeCount = 0;
   ZrU32 m_theUnreadAttributes = 0;
   mutable std::vector<std::uint32_t> m_theAttributeOrder;  // entry indexes by token text, when built

@@ -120,8 +120,8 @@ inline void ZrXmlReader::becomeReadingReader() {
 }
 
 void ZrXmlReader::raiseAsWatcher() {
-  Zr::Print::instance().raiseWatcher(this,
-                                     [this](int printType, const std::string& message) { noteFault(printType, message); });
+  const auto note = [this](int printType, const std::string& message) { noteFault(printType, message); };
+  Zr::Print::instance().raiseWatcher(this, note);
 }
 
 void ZrXmlReader::noteFault(int printType, const std::string& message) {
@@ -156,13 +156,17 @@ int ZrXmlReader::mode() const { return top() ? top()->ZrXmlFileReader::mode() : 
 
 const ZrToken& ZrXmlReader::element() const { return top() ? top()->ZrXmlFileReader::element() : theNoToken; }
 
-const ZrToken& ZrXmlReader::attributeName() const { return top() ? top()->ZrXmlFileReader::attributeName() : theNoToken; }
+const ZrToken& ZrXmlReader::attributeName() const {
+  return top() ? top()->ZrXmlFileReader::attributeName() : theNoToken;
+}
 
 const ZrToken& ZrXmlReader::attributeName(const ZrToken& name) const {
   return top() ? top()->ZrXmlFileReader::attributeName(name) : theNoToken;
 }
 
-const std::string& ZrXmlReader::attributeValue() { return top() ? top()->ZrXmlFileReader::attributeValue() : theNoText; }
+const std::string& ZrXmlReader::attributeValue() {
+  return top() ? top()->ZrXmlFileReader::attributeValue() : theNoText;
+}
 
 const std::string& ZrXmlReader::attributeValue(const ZrToken& name) {
   return top() ? top()->ZrXmlFileReader::attributeValue(name) : theNoText;
@@ -170,11 +174,15 @@ const std::string& ZrXmlReader::attributeValue(const ZrToken& name) {
 
 ZrU32 ZrXmlReader::numOfAttributes() const { return top() ? top()->ZrXmlFileReader::numOfAttributes() : 0; }
 
-ZrU32 ZrXmlReader::remainingNumOfAttributes() const { return top() ? top()->ZrXmlFileReader::remainingNumOfAttributes() : 0; }
+ZrU32 ZrXmlReader::remainingNumOfAttributes() const {
+  return top() ? top()->ZrXmlFileReader::remainingNumOfAttributes() : 0;
+}
 
 std::string ZrXmlReader::content() const { return top() ? top()->ZrXmlFileReader::content() : std::string(); }
 
-std::string ZrXmlReader::contentByWord() const { return top() ? top()->ZrXmlFileReader::contentByWord() : std::string(); }
+std::string ZrXmlReader::contentByWord() const {
+  return top() ? top()->ZrXmlFileReader::contentByWord() : std::string();
+}
 
 std::string_view ZrXmlReader::nextContentWord() const {
   return top() ? top()->ZrXmlFileReader::nextContentWord() : std::string_view();
@@ -182,7 +190,9 @@ std::string_view ZrXmlReader::nextContentWord() const {
 
 ZrU32 ZrXmlReader::contentCount() const { return top() ? top()->ZrXmlFileReader::contentCount() : 0; }
 
-ZrBoolean ZrXmlReader::isContentAvailable() const { return top() ? top()->ZrXmlFileReader::isContentAvailable() : false; }
+ZrBoolean ZrXmlReader::isContentAvailable() const {
+  return top() ? top()->ZrXmlFileReader::isContentAvailable() : false;
+}
 
 void ZrXmlReader::setContentVectorFlag(bool flag) {
   if (top()) top()->ZrXmlFileReader::setContentVectorFlag(flag);
@@ -194,21 +204,31 @@ int ZrXmlReader::lineCountOfFile() const { return top() ? top()->ZrXmlFileReader
 
 ZrBoolean ZrXmlReader::nextMatchingEndTag() { return top() ? top()->ZrXmlFileReader::nextMatchingEndTag() : false; }
 
-std::string ZrXmlReader::getChildrenAsString() { return top() ? top()->ZrXmlFileReader::getChildrenAsString() : std::string(); }
+std::string ZrXmlReader::getChildrenAsString() {
+  return top() ? top()->ZrXmlFileReader::getChildrenAsString() : std::string();
+}
 
 std::istream* ZrXmlReader::stream() const { return top() ? top()->ZrXmlFileReader::stream() : nullptr; }
 
-const ZrToken& ZrXmlReader::getComplexStartTagFast() { return top() ? top()->ZrXmlFileReader::getComplexStartTagFast() : theNoToken; }
+const ZrToken& ZrXmlReader::getComplexStartTagFast() {
+  return top() ? top()->ZrXmlFileReader::getComplexStartTagFast() : theNoToken;
+}
 
-const ZrToken& ZrXmlReader::getSimpleStartTagFast() { return top() ? top()->ZrXmlFileReader::getSimpleStartTagFast() : theNoToken; }
+const ZrToken& ZrXmlReader::getSimpleStartTagFast() {
+  return top() ? top()->ZrXmlFileReader::getSimpleStartTagFast() : theNoToken;
+}
 
-const std::string& ZrXmlReader::getAttributeValueFast() { return top() ? top()->ZrXmlFileReader::getAttributeValueFast() : theNoText; }
+const std::string& ZrXmlReader::getAttributeValueFast() {
+  return top() ? top()->ZrXmlFileReader::getAttributeValueFast() : theNoText;
+}
 
 const std::string& ZrXmlReader::getLastAttributeValueFast() {
   return top() ? top()->ZrXmlFileReader::getLastAttributeValueFast() : theNoText;
 }
 
-const std::string& ZrXmlReader::getContentByWordFast() { return top() ? top()->ZrXmlFileReader::getContentByWordFast() : theNoText; }
+const std::string& ZrXmlReader::getContentByWordFast() {
+  return top() ? top()->ZrXmlFileReader::getContentByWordFast() : theNoText;
+}
 
 const ZrToken& ZrXmlReader::getEndTagFast() { return top() ? top()->ZrXmlFileReader::getEndTagFast() : theNoToken; }
 
