@@ -12,6 +12,8 @@
 
 #include <sstream>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -60,6 +62,34 @@ TEST(ApplicationTypes, ConveyorLineRoundTripsThroughItsOwnVectorMapAndPair) {
   EXPECT_EQ(back.label().second().value(), "Packing");
   EXPECT_TRUE(back.equality(&line)) << text;
   EXPECT_NE(text.find("direction=\"reverse\""), std::string::npos) << text;
+}
+
+// An application's class moves without a word of its own, so arrays of it grow by moving; the object
+// moved to registers its own members, not those of the object it came from.
+static_assert(std::is_nothrow_move_constructible<ZrMotor>::value, "own classes move");
+static_assert(std::is_nothrow_move_constructible<ZrConveyorLine>::value, "containers of own classes move");
+
+TEST(ApplicationTypes, MovedObjectsWriteTheirOwnMembers) {
+  const ZrConveyorLine line = sampleLine();
+  const std::string expected = writtenLine(line);
+  ZrConveyorLine moved = [&] {
+    ZrConveyorLine source = sampleLine();
+    writtenLine(source);  // registered before it is moved
+    return ZrConveyorLine(std::move(source));
+  }();  // the source is gone before the object moved to is written
+  EXPECT_EQ(writtenLine(moved), expected);
+
+  ZrConveyorLine grown;
+  for (int i = 0; i < 100; ++i) {  // growing the array moves the motors already written
+    grown.motors().pushBack(ZrMotor("m" + std::to_string(i), 1.0f, i, ZrMotor::Direction::forward));
+    if (i % 10 == 0) writtenLine(grown);
+  }
+  ZrConveyorLine back;
+  ZrTest::PrintCapture capture;
+  EXPECT_EQ(readLine(writtenLine(grown), back), 0u) << capture.all();
+  ASSERT_EQ(back.motors().size(), 100u);
+  EXPECT_EQ(back.motors()[99].name(), "m99");
+  EXPECT_TRUE(back.equality(&grown));
 }
 
 // Compounds inherit an == that compares registrations only: containers must compare their members.

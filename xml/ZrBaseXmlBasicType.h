@@ -11,6 +11,7 @@ class ZrBaseXmlBasicType : public ZrXmlObject {
  public:
   ZrBaseXmlBasicType() = default;
   ZrBaseXmlBasicType(const ZrBaseXmlBasicType&) = default;
+  ZrBaseXmlBasicType(ZrBaseXmlBasicType&&) noexcept = default;
   ZrBaseXmlBasicType& operator=(const ZrBaseXmlBasicType&) = default;
   ~ZrBaseXmlBasicType() override = default;
 

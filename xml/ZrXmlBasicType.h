@@ -18,6 +18,7 @@
 #include <string_view>
 #include <type_traits>
 #include <typeinfo>
+#include <utility>
 #include <vector>
 
 // One plain value as an XML object: read from and written to an element's content or an
@@ -47,6 +48,7 @@ class ZrXmlBasicType : public ZrBaseXmlBasicType {
   ZrXmlBasicType() : m_theValue() {}  // inline, like the destructor: vectors hold millions of these
   ZrXmlBasicType(const T& value);  // NOLINT: implicit, so that members can be initialised from plain values
   ZrXmlBasicType(const ZrXmlBasicType& other);
+  ZrXmlBasicType(ZrXmlBasicType&& other) noexcept(std::is_nothrow_move_constructible<T>::value);
   ZrXmlBasicType& operator=(const ZrXmlBasicType& other);
   ZrXmlBasicType& operator=(const T& value);
   ~ZrXmlBasicType() override = default;
@@ -170,6 +172,10 @@ ZrXmlBasicType<T>::ZrXmlBasicType(const T& value) : m_theValue(value) {}
 
 template <class T>
 ZrXmlBasicType<T>::ZrXmlBasicType(const ZrXmlBasicType& other) : ZrBaseXmlBasicType(other), m_theValue(other.m_theValue) {}
+
+template <class T>
+ZrXmlBasicType<T>::ZrXmlBasicType(ZrXmlBasicType&& other) noexcept(std::is_nothrow_move_constructible<T>::value)
+    : ZrBaseXmlBasicType(std::move(other)), m_theValue(std::move(other.m_theValue)) {}
 
 template <class T>
 ZrXmlBasicType<T>& ZrXmlBasicType<T>::operator=(const ZrXmlBasicType& other) {

@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <utility>
 
 // The base of every persistent class made of named parts. A derived class keeps its parts as ordinary
 // members (each a ZrXmlObject) and registers each one, in registerComponents(), under the token that
@@ -48,6 +49,9 @@ class ZrXmlCompoundType : public ZrXmlObject {
 
   ZrXmlCompoundType();
   ZrXmlCompoundType(const ZrXmlCompoundType& other);
+  // Like a copy, the object made starts without registrations; a derived class's own (implicit) move
+  // constructor moves its members.
+  ZrXmlCompoundType(ZrXmlCompoundType&& other) noexcept : ZrXmlObject(std::move(other)) {}
   ZrXmlCompoundType& operator=(const ZrXmlCompoundType& other);
   ~ZrXmlCompoundType() override;
 

@@ -11,6 +11,7 @@
 
 #include <initializer_list>
 #include <string>
+#include <type_traits>
 #include <typeinfo>
 #include <utility>
 #include <vector>
@@ -36,6 +37,7 @@ class ZrXmlEnumType : public ZrBaseXmlBasicType {
   //   ZrXmlEnumType<int> mode(MANUAL, {{MANUAL, "manual"}, {AUTOMATIC, "automatic"}});
   ZrXmlEnumType(const T& value, std::initializer_list<NamedValue> names);
   ZrXmlEnumType(const ZrXmlEnumType& other);
+  ZrXmlEnumType(ZrXmlEnumType&& other) noexcept(std::is_nothrow_move_constructible<T>::value);
   // Copies the value and the name table; marks the target specified.
   ZrXmlEnumType& operator=(const ZrXmlEnumType& other);
   ZrXmlEnumType& operator=(const T& value);
@@ -103,6 +105,12 @@ ZrXmlEnumType<T>::ZrXmlEnumType(const T& value, std::initializer_list<NamedValue
 template <class T>
 ZrXmlEnumType<T>::ZrXmlEnumType(const ZrXmlEnumType& other)
     : ZrBaseXmlBasicType(other), m_theValue(other.m_theValue), m_theNames(other.m_theNames) {}
+
+template <class T>
+ZrXmlEnumType<T>::ZrXmlEnumType(ZrXmlEnumType&& other) noexcept(std::is_nothrow_move_constructible<T>::value)
+    : ZrBaseXmlBasicType(std::move(other)),
+      m_theValue(std::move(other.m_theValue)),
+      m_theNames(std::move(other.m_theNames)) {}
 
 template <class T>
 ZrXmlEnumType<T>& ZrXmlEnumType<T>::operator=(const ZrXmlEnumType& other) {

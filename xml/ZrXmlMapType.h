@@ -16,6 +16,7 @@
 #include <map>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 // A sorted map of XML objects, one "element" child per entry, each with a "key" and a "value" child,
 // in key order; no "size" attribute:
@@ -56,6 +57,7 @@ class ZrXmlMapType : public ZrXmlObject {
   ZrXmlMapType();
   ZrXmlMapType(const MapContainer& entries);  // NOLINT: implicit, so that members can be initialised from maps
   ZrXmlMapType(const ZrXmlMapType& other);
+  ZrXmlMapType(ZrXmlMapType&& other) noexcept(std::is_nothrow_move_constructible<MapContainer>::value);
   ZrXmlMapType& operator=(const ZrXmlMapType& other);
   ~ZrXmlMapType() override;
 
@@ -113,6 +115,10 @@ ZrXmlMapType<K, V>::ZrXmlMapType(const MapContainer& entries) : m_theEntries(ent
 
 template <class K, class V>
 ZrXmlMapType<K, V>::ZrXmlMapType(const ZrXmlMapType& other) : ZrXmlObject(other), m_theEntries(other.m_theEntries) {}
+
+template <class K, class V>
+ZrXmlMapType<K, V>::ZrXmlMapType(ZrXmlMapType&& other) noexcept(std::is_nothrow_move_constructible<MapContainer>::value)
+    : ZrXmlObject(std::move(other)), m_theEntries(std::move(other.m_theEntries)) {}
 
 template <class K, class V>
 ZrXmlMapType<K, V>& ZrXmlMapType<K, V>::operator=(const ZrXmlMapType& other) {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 class ZrXmlObjectVisitor;
 class ZrXmlReader;
@@ -32,6 +33,9 @@ class ZrXmlObject {
   // Construction and destruction are inline: arrays of small objects make and drop millions of them.
   ZrXmlObject() : m_theFlags(0) {}
   ZrXmlObject(const ZrXmlObject& other);
+  // A move is a copy that may take its source's values, so that containers that grow move their
+  // elements instead of copying them; the object made starts as a copy does.
+  ZrXmlObject(ZrXmlObject&&) noexcept : m_theFlags(m_theSpecifiedBit) {}
   ZrXmlObject& operator=(const ZrXmlObject& other);
   virtual ~ZrXmlObject() = default;
 

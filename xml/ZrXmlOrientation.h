@@ -20,6 +20,7 @@ class ZrXmlOrientation : public ZrXmlObject {
   ZrXmlOrientation(const ZrOrientation& value);  // NOLINT: implicit, so that members can be initialised from orientations
   ZrXmlOrientation(double q0, double q1, double q2, double q3);
   ZrXmlOrientation(const ZrXmlOrientation& other) = default;
+  ZrXmlOrientation(ZrXmlOrientation&& other) noexcept = default;
   ZrXmlOrientation& operator=(const ZrXmlOrientation& other) = default;
   ZrXmlOrientation& operator=(const ZrOrientation& value);
   ~ZrXmlOrientation() override;

@@ -12,6 +12,7 @@
 #include <ZrXmlWriter.h>
 
 #include <type_traits>
+#include <utility>
 
 // Two named members as an XML object:
 //   <range><first>0.5</first><second>2</second></range>
@@ -44,6 +45,8 @@ class ZrXmlPairType : public ZrXmlObject {
   ZrXmlPairType();
   ZrXmlPairType(const F& first, const S& second);
   ZrXmlPairType(const ZrXmlPairType& other);
+  ZrXmlPairType(ZrXmlPairType&& other) noexcept(std::is_nothrow_move_constructible<F>::value &&
+                                                std::is_nothrow_move_constructible<S>::value);
   ZrXmlPairType& operator=(const ZrXmlPairType& other);
   ~ZrXmlPairType() override;
 
@@ -90,6 +93,11 @@ ZrXmlPairType<F, S>::ZrXmlPairType(const F& first, const S& second) : m_theFirst
 template <class F, class S>
 ZrXmlPairType<F, S>::ZrXmlPairType(const ZrXmlPairType& other)
     : ZrXmlObject(other), m_theFirst(other.m_theFirst), m_theSecond(other.m_theSecond) {}
+
+template <class F, class S>
+ZrXmlPairType<F, S>::ZrXmlPairType(ZrXmlPairType&& other) noexcept(std::is_nothrow_move_constructible<F>::value &&
+                                                                   std::is_nothrow_move_constructible<S>::value)
+    : ZrXmlObject(std::move(other)), m_theFirst(std::move(other.m_theFirst)), m_theSecond(std::move(other.m_theSecond)) {}
 
 template <class F, class S>
 ZrXmlPairType<F, S>& ZrXmlPairType<F, S>::operator=(const ZrXmlPairType& other) {

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <set>
 #include <type_traits>
+#include <utility>
 
 // A sorted set of XML objects without duplicates, in the document laid out like a vector: the
 // element count in "size", single values as the words of one "group" child, other elements as one
@@ -40,6 +41,7 @@ class ZrXmlSetType : public ZrXmlObject {
   ZrXmlSetType();
   ZrXmlSetType(const SetContainer& elements);  // NOLINT: implicit, so that members can be initialised from sets
   ZrXmlSetType(const ZrXmlSetType& other);
+  ZrXmlSetType(ZrXmlSetType&& other) noexcept(std::is_nothrow_move_constructible<SetContainer>::value);
   ZrXmlSetType& operator=(const ZrXmlSetType& other);
   ~ZrXmlSetType() override;
 
@@ -91,6 +93,10 @@ ZrXmlSetType<E>::ZrXmlSetType(const SetContainer& elements) : m_theElements(elem
 
 template <class E>
 ZrXmlSetType<E>::ZrXmlSetType(const ZrXmlSetType& other) : ZrXmlObject(other), m_theElements(other.m_theElements) {}
+
+template <class E>
+ZrXmlSetType<E>::ZrXmlSetType(ZrXmlSetType&& other) noexcept(std::is_nothrow_move_constructible<SetContainer>::value)
+    : ZrXmlObject(std::move(other)), m_theElements(std::move(other.m_theElements)) {}
 
 template <class E>
 ZrXmlSetType<E>& ZrXmlSetType<E>::operator=(const ZrXmlSetType& other) {

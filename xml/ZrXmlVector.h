@@ -25,6 +25,7 @@ class ZrXmlVector : public ZrXmlObject {
   ZrXmlVector(const ZrVector& value);  // NOLINT: implicit, so that members can be initialised from vectors
   ZrXmlVector(double x, double y, double z);
   ZrXmlVector(const ZrXmlVector& other) = default;
+  ZrXmlVector(ZrXmlVector&& other) noexcept = default;
   ZrXmlVector& operator=(const ZrXmlVector& other) = default;
   ZrXmlVector& operator=(const ZrVector& value);
   ~ZrXmlVector() override;

@@ -19,6 +19,7 @@
 #include <ostream>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 class ZrXmlReader;
@@ -94,6 +95,7 @@ class ZrXmlVectorType : public ZrXmlObject {
   ZrXmlVectorType();
   ZrXmlVectorType(const VectorContainer& elements);  // NOLINT: implicit, so that members can be initialised from arrays
   ZrXmlVectorType(const ZrXmlVectorType& other);
+  ZrXmlVectorType(ZrXmlVectorType&& other) noexcept;
   ZrXmlVectorType& operator=(const ZrXmlVectorType& other);
   ~ZrXmlVectorType() override;
 
@@ -168,6 +170,10 @@ ZrXmlVectorType<E>::ZrXmlVectorType(const VectorContainer& elements) : m_theElem
 
 template <class E>
 ZrXmlVectorType<E>::ZrXmlVectorType(const ZrXmlVectorType& other) : ZrXmlObject(other), m_theElements(other.m_theElements) {}
+
+template <class E>
+ZrXmlVectorType<E>::ZrXmlVectorType(ZrXmlVectorType&& other) noexcept
+    : ZrXmlObject(std::move(other)), m_theElements(std::move(other.m_theElements)) {}
 
 template <class E>
 ZrXmlVectorType<E>& ZrXmlVectorType<E>::operator=(const ZrXmlVectorType& other) {

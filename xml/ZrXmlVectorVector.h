@@ -32,6 +32,7 @@ class ZrXmlVectorVector : public ZrXmlObject {
   ZrXmlVectorVector() = default;
   ZrXmlVectorVector(const VectorContainer& vectors);  // NOLINT: implicit, so that members can be initialised from arrays
   ZrXmlVectorVector(const ZrXmlVectorVector& other) = default;
+  ZrXmlVectorVector(ZrXmlVectorVector&& other) noexcept = default;
   ZrXmlVectorVector& operator=(const ZrXmlVectorVector& other) = default;
   ~ZrXmlVectorVector() override;
 
