@@ -2,6 +2,7 @@
 // piecewise stream writing.
 #include <ZrTestDocument.h>
 #include <ZrTestSupport.h>
+#include <ZrXmlCompoundType.h>
 #include <ZrXmlMapType.h>
 #include <ZrXmlPairType.h>
 #include <ZrXmlReader.h>
@@ -64,6 +65,52 @@ TEST(ZrXmlContainerSize, MismatchIsAWarningAndKeepsWhatWasRead) {
 
 // A group's words are read in one pass; every element must still end up as its own read() leaves it:
 // the value of its text form (strtod's answer where the fast conversion declines), both flags set.
+// An element of about a kilobyte, so that the room reserved ahead of reading ends after some
+// thousands of elements.
+class WideElement : public ZrXmlCompoundType {
+ public:
+  ZrXmlObject* clone() const override { return new WideElement(*this); }
+  ZrXmlObject* newObject() const override { return new WideElement(); }
+  ZrBoolean equality(const ZrXmlObject* other) const override { return dynamic_cast<const WideElement*>(other); }
+  ZrToken token() const override { return ZrToken("wide"); }
+
+ protected:
+  void registerComponents() override {}
+
+ private:
+  ZrXmlBasicType<std::string> m_theParts[20];
+};
+
+// The size attribute reserves room ahead of reading only up to a bound, whatever it says; past that
+// room the array grows to the announced size, and never to more than twice the elements read.
+TEST(ZrXmlVectorRead, AnnouncedSizeBoundsTheRoomAndEndsTheGrowth) {
+  const std::size_t reservable = (16u << 20) / sizeof(WideElement);
+  const std::size_t beyond = reservable + reservable / 2;
+  struct Row {
+    const char* name;
+    std::string size;
+    std::size_t elements;
+    std::size_t leastRoom, mostRoom;
+  } rows[] = {
+      {"announced, within the bound", "40", 40, 40, 40},
+      {"announced past the bound", std::to_string(beyond), beyond, beyond, beyond},
+      {"hostile size, few elements", "4000000000", 3, 3, reservable},
+      {"hostile size, many elements", "4000000000", beyond, beyond, 2 * reservable},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    std::string text = "<v size='" + row.size + "'>";
+    for (std::size_t i = 0; i < row.elements; ++i) text += "<element/>";
+    text += "</v>";
+    ZrTest::PrintCapture capture;  // the hostile sizes are reported as mismatches
+    ZrXmlVectorType<WideElement> vector;
+    readRoot(text, vector);
+    EXPECT_EQ(vector.size(), row.elements);
+    EXPECT_GE(vector.vectorContainer().capacity(), row.leastRoom);
+    EXPECT_LE(vector.vectorContainer().capacity(), row.mostRoom);
+  }
+}
+
 TEST(ZrXmlVectorRead, GroupWordsHoldWhatReadGives) {
   const std::uint8_t readFlags = ZrXmlObject::m_theXmlInitializedBit | ZrXmlObject::m_theSpecifiedBit;
   ZrXmlVectorType<B(double)> reals;

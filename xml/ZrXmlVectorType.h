@@ -33,6 +33,14 @@ long sizeAttribute(ZrXmlReader& reader);
 // How many elements of elementBytes each to reserve for an announced size: none for a size below 1,
 // and never more than maxBytes worth.
 unsigned long reserveCount(long size, unsigned long elementBytes, unsigned long maxBytes);
+// Makes room for one more element. Once the reserved room is full, an array whose announced size is
+// larger grows to that size rather than doubling past it; no step more than doubles the room, so the
+// room never outgrows the elements read by more than plain growth would.
+template <class Container>
+void makeRoomForOne(Container& elements, long size) {
+  if (elements.size() < elements.capacity() || size <= static_cast<long>(elements.size())) return;
+  elements.reserve(std::min(static_cast<std::size_t>(size), std::max<std::size_t>(2 * elements.capacity(), 1)));
+}
 // Called on a "group" start tag: steps into its content and switches the reader to word-by-word
 // reading. Reports "<className> Error: XML parser should be in data mode" and returns false when the
 // group holds no content; an empty-element group is not stepped past.
@@ -154,7 +162,7 @@ class ZrXmlVectorType : public ZrXmlObject {
 
  private:
   void writeElements(ZrXmlWriter& writer, bool closeGroup) const;
-  void readGroup(ZrXmlReader& reader, long& count);
+  void readGroup(ZrXmlReader& reader, long size, long& count);
 
   VectorContainer m_theElements;
 };
@@ -210,8 +218,9 @@ ZrBoolean ZrXmlVectorType<E>::read(ZrXmlReader& reader) {
   long count = 0;
   for (int mode = reader.readXml(); mode == ZrXmlMode::startTag || mode == ZrXmlMode::emptyElement; mode = reader.readXml()) {
     if (singleValues && reader.element().tokenText() == ZrXml::ZrGroupToken.tokenText()) {
-      readGroup(reader, count);
+      readGroup(reader, size, count);
     } else {
+      ZrXmlContainerLayout::makeRoomForOne(m_theElements, size);
       m_theElements.emplace_back();
       m_theElements.back().read(reader);
       ++count;
@@ -228,12 +237,13 @@ ZrBoolean ZrXmlVectorType<E>::read(ZrXmlReader& reader) {
 // group in one call (a string per word and a virtual read per element cost more than the number
 // itself); each element ends up as its read() would leave it.
 template <class E>
-void ZrXmlVectorType<E>::readGroup(ZrXmlReader& reader, long& count) {
+void ZrXmlVectorType<E>::readGroup(ZrXmlReader& reader, long size, long& count) {
   if (!ZrXmlContainerLayout::enterGroupContent(reader, "ZrXmlVectorType")) return;
   if constexpr (ZrXmlContainerLayout::isPlainValue<E>::value) {
     count += E::readWords(reader, m_theElements);
   } else {
     while (reader.isContentAvailable()) {
+      ZrXmlContainerLayout::makeRoomForOne(m_theElements, size);
       m_theElements.emplace_back();
       m_theElements.back().read(reader);
       ++count;
