@@ -936,7 +936,8 @@ int ZrXmlFileReader::nextEvent() {
     consumeTo(close + 1);
 
     if (m_theChecker && checkStrictMarkup(tag, atDocumentStart, contentRead)) continue;
-    if (skipCommentOrDeclaration(tag, nullptr)) continue;
+    // Only a comment ("!--") or a declaration ('?') is skipped: other tags are not handed over.
+    if (!tag.empty() && (tag[0] == '!' || tag[0] == '?') && skipCommentOrDeclaration(tag, nullptr)) continue;
 
     int type = classifyTag(tag);
     if (type == 5) {

@@ -57,16 +57,6 @@ ZrXmlRegistrationTable* ZrXmlRegistrationTable::create(const std::type_info& typ
   return table.get();
 }
 
-std::intptr_t ZrXmlRegistrationTable::offsetOf(const void* object, const ZrXmlObject* member) {
-  return static_cast<std::intptr_t>(reinterpret_cast<std::uintptr_t>(member) -
-                                    reinterpret_cast<std::uintptr_t>(object));
-}
-
-ZrXmlObject* ZrXmlRegistrationTable::memberAt(const void* object, std::intptr_t offset, bool null) {
-  if (null) return nullptr;
-  return reinterpret_cast<ZrXmlObject*>(reinterpret_cast<std::uintptr_t>(object) + static_cast<std::uintptr_t>(offset));
-}
-
 void ZrXmlRegistrationTable::seal() {
   for (const Call& call : m_theCalls) {
     std::vector<Entry>& entries = call.kind == ELEMENT ? m_theElements : m_theAttributes;

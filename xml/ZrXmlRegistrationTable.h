@@ -54,9 +54,15 @@ class ZrXmlRegistrationTable {
   // A new, empty table for a class, kept for the rest of the program.
   static ZrXmlRegistrationTable* create(const std::type_info& type);
 
-  // Turns an object's address and a member's into the offset kept, and back.
-  static std::intptr_t offsetOf(const void* object, const ZrXmlObject* member);
-  static ZrXmlObject* memberAt(const void* object, std::intptr_t offset, bool null);
+  // Turns an object's address and a member's into the offset kept, and back; inline, as every object
+  // read passes each of its registrations through them.
+  static std::intptr_t offsetOf(const void* object, const ZrXmlObject* member) {
+    return static_cast<std::intptr_t>(reinterpret_cast<std::uintptr_t>(member) - reinterpret_cast<std::uintptr_t>(object));
+  }
+  static ZrXmlObject* memberAt(const void* object, std::intptr_t offset, bool null) {
+    if (null) return nullptr;
+    return reinterpret_cast<ZrXmlObject*>(reinterpret_cast<std::uintptr_t>(object) + static_cast<std::uintptr_t>(offset));
+  }
   static ZrXmlObject* memberAt(const void* object, const Entry& entry) {
     return memberAt(object, entry.offset, entry.null);
   }
