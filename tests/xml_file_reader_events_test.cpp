@@ -21,6 +21,9 @@ TEST(ZrXmlFileReaderEvents, DocumentsGiveTheirEventSequences) {
   const EventCase cases[] = {
       {"nested", "<a><b/><c x='1'>t</c></a>", {"1 a", "3 b", "1 c x=1", "4 c 't'", "2 a", "0"}, {}},
       {"content is trimmed", "<a> x </a>", {"1 a", "4 a 'x'", "0"}, {}},
+      {"content trimmed of every kind of white space", "<a>\r\n x y\t\r\n </a>", {"1 a", "4 a 'x y'", "0"}, {}},
+      {"long value and the other quote inside", "<a x='a value longer than sixteen' y=\"it's\"/>",
+       {"3 a x=a value longer than sixteen y=it's", "0"}, {}},
       {"declaration and comments skipped", "<?xml version='1.0'?>\n<!-- c --><a><!--x--></a><!-- end -->",
        {"1 a", "2 a", "0"}, {}},
       {"content joins across a comment", "<v>1 2<!-- c --> 3</v>", {"1 v", "4 v '1 2 3'", "0"}, {}},

@@ -103,6 +103,23 @@ inline bool endsWith(std::string_view text, const char (&end)[N]) {
   return true;
 }
 
+// Content most often ends right at the next tag: the white space at its end is looked for from the
+// back, and removed when there is some.
+inline void trimTrailingWhite(std::string& text) {
+  std::size_t end = text.size();
+  while (end > 0 && isWhite(text[end - 1])) --end;
+  if (end != text.size()) text.erase(end);
+}
+
+// The first `c` in a range that is mostly a few bytes long (an attribute value): the first bytes are
+// looked at here, the rest by memchr. Null when there is none.
+inline const char* findShortFirst(const char* at, const char* end, char c) {
+  const char* const nearEnd = end - at > 16 ? at + 16 : end;
+  for (; at < nearEnd; ++at)
+    if (*at == c) return at;
+  return at < end ? static_cast<const char*>(std::memchr(at, c, static_cast<std::size_t>(end - at))) : nullptr;
+}
+
 // A name split by the "namespace#token" rule, with the namespace prefix dropped from the local name: one
 // pass over the name, looking for the first '#' and the first ':' after it.
 struct SplitName {
@@ -950,8 +967,7 @@ int ZrXmlFileReader::nextEvent() {
     }
     if (contentRead) {
       if (type == 2) {
-        std::size_t last = m_theContent.find_last_not_of(" \t\n\r");
-        m_theContent.resize(last == std::string::npos ? 0 : last + 1);
+        trimTrailingWhite(m_theContent);
         if (expanding()) expandReferencesIn(m_theContent);  // after trimming: "&#32;" stays
         return 4;
       }
@@ -1188,13 +1204,13 @@ bool ZrXmlFileReader::parseStartTag(std::string_view text) {
     std::string_view value;
     if (at < end && (*at == '"' || *at == '\'')) {
       const char* valueBegin = at + 1;
-      const void* quote = std::memchr(valueBegin, *at, static_cast<std::size_t>(end - valueBegin));
+      const char* quote = findShortFirst(valueBegin, end, *at);
       if (!quote) {
         warnMessage("file not well formed.\n\tSecond quote of attribute value is missing.");
         value = std::string_view(valueBegin, static_cast<std::size_t>(end - valueBegin));
         at = end;
       } else {
-        const char* valueEnd = static_cast<const char*>(quote);
+        const char* valueEnd = quote;
         value = std::string_view(valueBegin, static_cast<std::size_t>(valueEnd - valueBegin));
         at = valueEnd + 1;
       }
