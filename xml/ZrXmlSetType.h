@@ -130,7 +130,7 @@ ZrBoolean ZrXmlSetType<E>::read(ZrXmlReader& reader) {
   const bool singleValues = element.isBasicType();
   long count = 0;
   for (int mode = reader.readXml(); mode == ZrXmlMode::startTag || mode == ZrXmlMode::emptyElement; mode = reader.readXml()) {
-    if (singleValues && reader.element().tokenText() == ZrXml::ZrGroupToken.tokenText()) {
+    if (singleValues && Zr::textEqual(reader.element().tokenText(), ZrXml::ZrGroupToken.tokenText())) {
       readGroup(reader, element, count);
     } else {
       element.read(reader);

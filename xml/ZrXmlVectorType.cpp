@@ -26,7 +26,7 @@ void ZrXmlContainerLayout::writeReals(ZrXmlWriter& writer, const std::vector<ZrX
 long ZrXmlContainerLayout::sizeAttribute(ZrXmlReader& reader) {
   long size = 0;
   for (ZrU32 remaining = reader.remainingNumOfAttributes(); remaining != 0; --remaining) {
-    const bool isSize = reader.attributeName().tokenText() == ZrXml::ZrCountToken.tokenText();
+    const bool isSize = Zr::textEqual(reader.attributeName().tokenText(), ZrXml::ZrCountToken.tokenText());
     const std::string& value = reader.attributeValue();
     if (isSize) size = ZrSTRING2LONG(value.c_str());
   }

@@ -217,7 +217,7 @@ ZrBoolean ZrXmlVectorType<E>::read(ZrXmlReader& reader) {
   const bool singleValues = E().isBasicType();
   long count = 0;
   for (int mode = reader.readXml(); mode == ZrXmlMode::startTag || mode == ZrXmlMode::emptyElement; mode = reader.readXml()) {
-    if (singleValues && reader.element().tokenText() == ZrXml::ZrGroupToken.tokenText()) {
+    if (singleValues && Zr::textEqual(reader.element().tokenText(), ZrXml::ZrGroupToken.tokenText())) {
       readGroup(reader, size, count);
     } else {
       ZrXmlContainerLayout::makeRoomForOne(m_theElements, size);
