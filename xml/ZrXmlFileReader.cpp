@@ -157,13 +157,16 @@ SplitName splitMarkedName(std::string_view text) {
           std::string_view(localBegin, static_cast<std::size_t>(end - localBegin)), hasHash, tokenBegin == end};
 }
 
+// A name without '#' and ':' is its own token text, without a namespace.
+inline SplitName unmarkedName(std::string_view text) { return {std::string_view(text.data(), 0), text, false, text.empty()}; }
+
 // Most names hold neither '#' nor ':' and are their own token text.
 inline SplitName splitName(std::string_view text) {
   const char* const begin = text.data();
   const char* const end = begin + text.size();
   for (const char* at = begin; at < end; ++at)
     if (hasClass(*at, NameMark)) return splitMarkedName(text);
-  return {std::string_view(begin, 0), text, false, text.empty()};
+  return unmarkedName(text);
 }
 
 // Scans an element name up to white space, splitting it as splitName() does in the same pass.
@@ -175,8 +178,7 @@ inline SplitName scanElementName(const char*& at, const char* end) {
     while (at < end && !isWhite(*at)) ++at;
     return splitMarkedName(std::string_view(begin, static_cast<std::size_t>(at - begin)));
   }
-  const std::string_view name(begin, static_cast<std::size_t>(at - begin));
-  return {std::string_view(begin, 0), name, false, name.empty()};
+  return unmarkedName(std::string_view(begin, static_cast<std::size_t>(at - begin)));
 }
 
 // Fills a token from a split name; no allocation when the texts fit the strings' capacity.
@@ -582,7 +584,9 @@ std::size_t ZrXmlFileReader::findUnreadAttribute(const ZrToken& name) const {
 const ZrToken& ZrXmlFileReader::attributeToken(std::size_t index) const {
   AttributeEntry& entry = m_theAttributeEntries[index];
   if (!entry.tokenBuilt) {
-    assignNameIfChanged(entry.token, entry.name);  // entries are reused: the same tag's names come again
+    // Entries are reused: the same tag's names come again. The tag's scan found where the token text
+    // begins; at the start, the name holds no '#' or ':' to split at.
+    assignNameIfChanged(entry.token, entry.localOffset == 0 ? unmarkedName(entry.name) : splitName(entry.name));
     entry.tokenBuilt = true;
   }
   return entry.token;
