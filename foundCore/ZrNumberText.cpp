@@ -215,7 +215,7 @@ long ZrSTRING2LONG(const char* text, const char** end) {
     const long value = static_cast<long>(magnitude);
     return digits == text ? value : -value;
   }
-  if (*digits >= '0' && *digits <= '9') {
+  if (isDigit(*digits)) {
     long value = 0;
     const std::from_chars_result result = std::from_chars(text, text + std::strlen(text), value);
     if (result.ec == std::errc()) {

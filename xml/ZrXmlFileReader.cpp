@@ -111,15 +111,21 @@ inline void trimTrailingWhite(std::string& text) {
   if (end != text.size()) text.erase(end);
 }
 
+#ifdef __SSE2__
+// Which of the 16 bytes at `at` are `c`, one bit each, lowest byte first.
+inline unsigned matchesInSixteen(const char* at, char c) {
+  return static_cast<unsigned>(
+      _mm_movemask_epi8(_mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(at)), _mm_set1_epi8(c))));
+}
+#endif
+
 // The first `c` in a range that is mostly a few bytes long (an attribute value): the first 16 bytes are
 // looked at in one compare, the rest by memchr; a range shorter than that byte by byte. Null when there
 // is none.
 inline const char* findShortFirst(const char* at, const char* end, char c) {
 #ifdef __SSE2__
   if (end - at >= 16) {
-    const int hits = _mm_movemask_epi8(
-        _mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(at)), _mm_set1_epi8(c)));
-    if (hits != 0) return at + __builtin_ctz(static_cast<unsigned>(hits));
+    if (const unsigned hits = matchesInSixteen(at, c)) return at + __builtin_ctz(hits);
     return static_cast<const char*>(std::memchr(at + 16, c, static_cast<std::size_t>(end - at - 16)));
   }
 #endif
@@ -800,12 +806,8 @@ std::size_t ZrXmlFileReader::findChar(char c, std::size_t from) {
       const char* data = m_theReadBuffer.data();
       std::size_t nearEnd = std::min(size, from + 32);
 #ifdef __SSE2__
-      const __m128i wanted = _mm_set1_epi8(c);
-      for (; from + 16 <= nearEnd; from += 16) {
-        const int hits = _mm_movemask_epi8(
-            _mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(data + from)), wanted));
-        if (hits != 0) return from + static_cast<std::size_t>(__builtin_ctz(static_cast<unsigned>(hits)));
-      }
+      for (; from + 16 <= nearEnd; from += 16)
+        if (const unsigned hits = matchesInSixteen(data + from, c)) return from + __builtin_ctz(hits);
 #endif
       for (std::size_t at = from; at < nearEnd; ++at)
         if (data[at] == c) return at;
@@ -825,9 +827,7 @@ std::size_t ZrXmlFileReader::findChar(char c, std::size_t from) {
 inline std::size_t ZrXmlFileReader::findCharSoon(char c, std::size_t from) {
 #ifdef __SSE2__
   if (from + 16 <= m_theReadBuffer.size()) {
-    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(m_theReadBuffer.data() + from));
-    const int hits = _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)));
-    if (hits != 0) return from + static_cast<std::size_t>(__builtin_ctz(static_cast<unsigned>(hits)));
+    if (const unsigned hits = matchesInSixteen(m_theReadBuffer.data() + from, c)) return from + __builtin_ctz(hits);
     return findChar(c, from + 16);
   }
 #endif

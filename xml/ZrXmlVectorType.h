@@ -163,6 +163,7 @@ class ZrXmlVectorType : public ZrXmlObject {
  private:
   void writeElements(ZrXmlWriter& writer, bool closeGroup) const;
   void readGroup(ZrXmlReader& reader, long size, long& count);
+  void readElement(ZrXmlReader& reader, long size, long& count);
 
   VectorContainer m_theElements;
 };
@@ -220,10 +221,7 @@ ZrBoolean ZrXmlVectorType<E>::read(ZrXmlReader& reader) {
     if (singleValues && Zr::textEqual(reader.element().tokenText(), ZrXml::ZrGroupToken.tokenText())) {
       readGroup(reader, size, count);
     } else {
-      ZrXmlContainerLayout::makeRoomForOne(m_theElements, size);
-      m_theElements.emplace_back();
-      m_theElements.back().read(reader);
-      ++count;
+      readElement(reader, size, count);
     }
   }
   if (count != size)
@@ -242,14 +240,18 @@ void ZrXmlVectorType<E>::readGroup(ZrXmlReader& reader, long size, long& count) 
   if constexpr (ZrXmlContainerLayout::isPlainValue<E>::value) {
     count += E::readWords(reader, m_theElements);
   } else {
-    while (reader.isContentAvailable()) {
-      ZrXmlContainerLayout::makeRoomForOne(m_theElements, size);
-      m_theElements.emplace_back();
-      m_theElements.back().read(reader);
-      ++count;
-    }
+    while (reader.isContentAvailable()) readElement(reader, size, count);
   }
   reader.setContentVectorFlag(false);
+}
+
+// Appends one element and lets it read the child (or the next word of a group) the reader stands on.
+template <class E>
+void ZrXmlVectorType<E>::readElement(ZrXmlReader& reader, long size, long& count) {
+  ZrXmlContainerLayout::makeRoomForOne(m_theElements, size);
+  m_theElements.emplace_back();
+  m_theElements.back().read(reader);
+  ++count;
 }
 
 template <class E>
