@@ -11,6 +11,13 @@
 // an in-memory stream and reads from one; before timing, what each reader delivers is compared with the
 // model written, so a reader that skipped work fails instead of looking fast.
 //
+// The heap: every library runs on a heap that keeps the pages it was given. Left to its defaults, glibc
+// hands memory freed at the top of the heap back to the system and maps large blocks afresh, so how many
+// of a library's pages come back zero-filled from the kernel depended on which benchmark ran before it,
+// and the read ratios moved by a tenth either way from run to run. Blocks past 32 MiB (the largest
+// threshold glibc takes) are still mapped afresh, for every library alike. ZR_BENCH_SYSTEM_HEAP=1 keeps
+// glibc's defaults.
+//
 // Memory: the Read benchmarks also report heap_bytes, the heap that reading the model leaves in use
 // (the model itself, as the reader builds it), built_bytes, the heap the same model takes when the
 // program builds it in memory, and heap_ratio, the first over the second.
@@ -26,6 +33,8 @@
 
 #include <malloc.h>
 
+#include <climits>
+#include <cstdlib>
 #include <random>
 #include <sstream>
 #include <string>
@@ -81,6 +90,14 @@ const std::vector<SensorRecord>& sampleRecords(size_t count) {
     }
   }
   return records;
+}
+
+// See "The heap" above.
+void keepHeapPages() {
+  const char* systemHeap = std::getenv("ZR_BENCH_SYSTEM_HEAP");
+  if (systemHeap && *systemHeap == '1') return;
+  mallopt(M_TRIM_THRESHOLD, INT_MAX);
+  mallopt(M_MMAP_THRESHOLD, 32 << 20);
 }
 
 // The heap in use, small blocks and mapped ones alike.
@@ -323,6 +340,7 @@ void registerLibrary(const std::string& name) {
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  keepHeapPages();
   registerLibrary<Ours>("zrXml");
 #ifdef ZR_BENCH_HAVE_CEREAL
   registerLibrary<Cereal>("cereal");
