@@ -227,6 +227,38 @@ TEST(ZrXmlReaderInclude, CopiesShareOpenIncludesSafely) {
   EXPECT_EQ(assigned.depth(), 2u);
 }
 
+// A reader of its own that treats every "secret" start tag as read elsewhere: its include test skips the
+// element and asks for the next item, as following an include does.
+class SecretSkippingReader : public ZrXmlReader {
+ public:
+  using ZrXmlReader::ZrXmlReader;
+  explicit SecretSkippingReader(const ZrXmlReader& plain) : ZrXmlReader(plain) {}
+  ZrBoolean openFileTest() override {
+    ++tests;
+    if (mode() != 1 || element().tokenText() != "secret") return ZrXmlReader::openFileTest();
+    nextMatchingEndTag();
+    return true;
+  }
+  int tests = 0;
+};
+
+// A reader's own include tests are skipped for ordinary items; a derived reader's are called for every
+// item, also when it starts as a copy of a plain reader that has read already.
+TEST(ZrXmlReaderInclude, ADerivedReadersIncludeTestSeesEveryItem) {
+  const std::string text = "<doc><a/><secret><b/></secret><c>x</c></doc>";
+  std::istringstream document(text);
+  SecretSkippingReader reader("doc.xml", document);
+  EXPECT_EQ(items(reader), (Items{"doc", "a/", "c", "'x'", "/"}));  // "'x'" ends c
+  EXPECT_EQ(reader.tests, 7);  // the six items read (the secret one too), and the end of input
+
+  std::istringstream again(text);
+  ZrXmlReader plain("doc.xml", again);
+  EXPECT_EQ(plain.readXml(), 1);
+  SecretSkippingReader copy(plain);
+  EXPECT_EQ(items(copy), (Items{"a/", "c", "'x'", "/"}));
+  EXPECT_EQ(copy.tests, 6);
+}
+
 class ZrXmlReaderHttpInclude : public ::testing::Test {
  protected:
   void SetUp() override {

@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <typeinfo>
 
 namespace {
 
@@ -131,14 +132,32 @@ void ZrXmlReader::noteFault(int printType, const std::string& message) {
   m_theLastFault = message;
 }
 
+inline const ZrToken& ZrXmlReader::includeToken() {
+  static const ZrToken theIncludeToken("ZrInclude");
+  return theIncludeToken;
+}
+
+// An item that neither begins an include nor ends a document, read by a reader whose include tests are
+// this class's own, needs neither test: the tests would find nothing, so the item is handed out at once.
+// A derived reader's tests, which may look at other items, are always called.
+inline bool ZrXmlReader::isOrdinaryItem(int mode) {
+  if (mode == 0 || m_theVersionCheckPending) return false;
+  signed char& own = m_theOwnIncludeTests.known;
+  if (own < 0) own = typeid(*this) == typeid(ZrXmlReader);
+  if (!own) return false;
+  return (mode != 1 && mode != 3) || !(top()->ZrXmlFileReader::element() == includeToken());
+}
+
 int ZrXmlReader::readXml() {
   if (m_theFileReaders.empty()) return 0;
   becomeReadingReader();
+  int mode = top()->ZrXmlFileReader::readXml();
+  if (isOrdinaryItem(mode)) return mode;
   // Each turn consumes an item of some document or closes one, so the loop ends with the input.
   for (;;) {
-    if (top()->ZrXmlFileReader::readXml() == 0) reportTruncation(m_theFileReaders.back());
-    if (openFileTest()) continue;
-    if (!closeFileTest()) break;
+    if (mode == 0) reportTruncation(m_theFileReaders.back());
+    if (!openFileTest() && !closeFileTest()) break;
+    mode = top()->ZrXmlFileReader::readXml();
   }
   if (m_theVersionCheckPending) {
     m_theVersionCheckPending = false;
@@ -273,8 +292,7 @@ ZrBoolean ZrXmlReader::openFileTest() {
   if (!top()) return false;
   const int currentMode = top()->ZrXmlFileReader::mode();
   if (currentMode != 1 && currentMode != 3) return false;  // only a start tag can begin an include
-  static const ZrToken theIncludeToken("ZrInclude");
-  if (!(element() == theIncludeToken)) return false;
+  if (!(element() == includeToken())) return false;
   followInclude(currentMode);
   return true;
 }

@@ -199,6 +199,8 @@ class ZrXmlReader {
     return m_theTop.reader;
   }
   void forgetTop() { m_theTop.reader = nullptr; }
+  bool isOrdinaryItem(int mode);
+  static const ZrToken& includeToken();
   void followInclude(int currentMode);
   void resolveHref(const std::string& href, std::string& host, std::string& fullName);
   bool mayOpenInclude(const std::string& host, const std::string& fullName);
@@ -210,6 +212,16 @@ class ZrXmlReader {
 
   std::deque<OpenDocument> m_theFileReaders;  // bottom: the opened document; top: answers every query
   mutable TopReader m_theTop;
+  // Whether openFileTest and closeFileTest are this class's own (1) or a derived reader's (0); -1 until
+  // the first item is read, when the reader's own class is known. A copy finds out for itself: it may be
+  // the base part of a derived reader.
+  struct OwnIncludeTests {
+    signed char known = -1;
+    OwnIncludeTests() = default;
+    OwnIncludeTests(const OwnIncludeTests&) {}
+    OwnIncludeTests& operator=(const OwnIncludeTests&) { return *this; }  // the reader's class stays
+  };
+  OwnIncludeTests m_theOwnIncludeTests;
   bool m_theVersionCheckPending;
   bool m_theVersionFlag;
   // Copies share the factory: the last reader holding it deletes it, so no copy ever deletes a factory
