@@ -49,6 +49,12 @@ TEST(ZrXmlContainerSize, MismatchIsAWarningAndKeepsWhatWasRead) {
       {"<v size='1'><group>1</group><group>2 3</group></v>", {1, 2, 3},
        "ZrXmlVectorType Error: array size not equal to attribute value -- 1, actual -- 3\n"
        "Filename: doc.xml, Line count: 1\n"},
+      // Other attributes are taken and passed over; of two "size" attributes the first one counts.
+      {"<v a='7' size='2' z='9'><group>1 2</group></v>", {1, 2}, ""},
+      {"<v p:size='2' size='5'><group>1 2</group></v>", {1, 2}, ""},
+      {"<v size='x' p:size='2'><group>1 2</group></v>", {1, 2},
+       "ZrXmlVectorType Error: array size not equal to attribute value -- 0, actual -- 2\n"
+       "Filename: doc.xml, Line count: 1\n"},
   };
   for (const Case& c : cases) {
     ZrTest::PrintCapture capture;

@@ -23,13 +23,15 @@ void ZrXmlContainerLayout::writeReals(ZrXmlWriter& writer, const std::vector<ZrX
 }
 
 
+// A tag holds one attribute per token text (the first of a name is kept), so "size" is taken by name,
+// with no token made for it; whatever else the tag carries is taken and passed over.
 long ZrXmlContainerLayout::sizeAttribute(ZrXmlReader& reader) {
+  const ZrU32 before = reader.remainingNumOfAttributes();
+  if (before == 0) return 0;
   long size = 0;
-  for (ZrU32 remaining = reader.remainingNumOfAttributes(); remaining != 0; --remaining) {
-    const bool isSize = Zr::textEqual(reader.attributeName().tokenText(), ZrXml::ZrCountToken.tokenText());
-    const std::string& value = reader.attributeValue();
-    if (isSize) size = ZrSTRING2LONG(value.c_str());
-  }
+  const std::string& value = reader.attributeValue(ZrXml::ZrCountToken);
+  if (reader.remainingNumOfAttributes() != before) size = ZrSTRING2LONG(value.c_str());
+  for (ZrU32 remaining = reader.remainingNumOfAttributes(); remaining != 0; --remaining) reader.attributeValue();
   return size;
 }
 
