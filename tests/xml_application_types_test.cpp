@@ -68,6 +68,8 @@ TEST(ApplicationTypes, ConveyorLineRoundTripsThroughItsOwnVectorMapAndPair) {
 // moved to registers its own members, not those of the object it came from.
 static_assert(std::is_nothrow_move_constructible<ZrMotor>::value, "own classes move");
 static_assert(std::is_nothrow_move_constructible<ZrConveyorLine>::value, "containers of own classes move");
+// Models hold millions of compounds: one adds to its flags its three map pointers and the shared table's.
+static_assert(sizeof(ZrXmlCompoundType) <= sizeof(ZrXmlObject) + 4 * sizeof(void*), "a compound takes no padding word");
 
 TEST(ApplicationTypes, MovedObjectsWriteTheirOwnMembers) {
   const ZrConveyorLine line = sampleLine();

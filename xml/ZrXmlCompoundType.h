@@ -122,11 +122,12 @@ class ZrXmlCompoundType : public ZrXmlObject {
 
   static RegistrationSession* m_theInnermostSession;
 
+  // A look-up through the table found no element registrations: the component map would have been
+  // created empty by it, which operator== can tell from no map at all. Declared first, it sits beside the
+  // base's flag byte instead of taking a word of its own.
+  mutable bool m_theComponentMapAskedFor = false;
   // Shared with the other objects of the class, or null while the object keeps maps of its own.
   mutable const ZrXmlRegistrationTable* m_theSharedRegistrations = nullptr;
-  // A look-up through the table found no element registrations: the component map would have been
-  // created empty by it, which operator== can tell from no map at all.
-  mutable bool m_theComponentMapAskedFor = false;
   // Created on first need, also from const operations.
   mutable std::unique_ptr<ComponentMap> m_theComponentMap;
   mutable std::unique_ptr<ComponentMap> m_theAttributeComponentMap;
