@@ -151,6 +151,24 @@ TEST(ZrXmlFileReaderEvents, ElementsOpenedAfterOthersClosedHoldOnlyTheirOwn) {
   EXPECT_EQ(capture.count(), 0u) << capture.all();
 }
 
+// endTag() is the last end tag read, whatever start tags and depths follow it, a mismatched one too, and a
+// copy of the reader holds it as well. Each row: the event, then the end tag the reader holds after it.
+TEST(ZrXmlFileReaderEvents, TheLastEndTagStaysUntilTheNextOne) {
+  std::istringstream in("<r><a><b/></a><c><x:a/></c><d>t</d><q></w><a></a></r>");
+  ZrXmlFileReader reader("doc.xml", in);
+  ZrTest::PrintCapture capture;
+  const std::vector<std::pair<int, std::string>> expected = {
+      {1, ""},  {1, ""},  {3, ""},  {2, "a"}, {1, "a"}, {3, "a"}, {2, "c"}, {1, "c"},
+      {4, "d"}, {1, "d"}, {2, "w"}, {1, "w"}, {2, "a"}, {2, "r"}, {0, "r"}};
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    ASSERT_EQ(reader.readXml(), expected[i].first) << "event " << i;
+    EXPECT_EQ(reader.endTag().tokenText(), expected[i].second) << "event " << i;
+    const ZrXmlFileReader copy(reader);
+    EXPECT_EQ(copy.endTag(), reader.endTag()) << "event " << i;
+  }
+  EXPECT_TRUE(capture.contains("End tag closed incorrect start tag")) << capture.all();
+}
+
 // Shapes that once cost a copy of every declaration in scope per element: each of 10,000 nested elements
 // declaring a prefix, and 100,000 siblings under an element with 10,000 declarations.
 TEST(ZrXmlFileReaderEvents, DeclarationsInScopeCostNothingPerElement) {

@@ -206,7 +206,10 @@ void assignNameIfChanged(ZrToken& token, const SplitName& name) {
   assignName(token, name);
 }
 
-void assignNameIfChanged(ZrToken& token, std::string_view text) { assignNameIfChanged(token, splitName(text)); }
+// Whether the token is the split name, as the token made from it would compare.
+inline bool holdsName(const ZrToken& token, const SplitName& name) {
+  return Zr::textEqual(name.local, token.tokenText()) && Zr::textEqual(name.xmlNamespace, token.namespaceText());
+}
 
 // Scans an attribute name up to white space or '=', noting where its token text begins (after the first
 // '#', then after the first ':' that follows), as splitName() would, in the same pass.
@@ -439,7 +442,7 @@ void ZrXmlFileReader::copyFrom(const ZrXmlFileReader& other) {
   m_theMode = other.m_theMode;
   m_theLineCount = other.m_theLineCount;
   m_theLineCountedTo = other.m_theLineCountedTo;
-  m_theEndTag = other.m_theEndTag;
+  setEndTag(other.endTag());  // the copy holds the open entries only
   m_theWorkToken = other.m_theWorkToken;
   m_theValueBuffer = other.m_theValueBuffer;
   m_theReadBuffer = other.m_theReadBuffer;
@@ -1152,13 +1155,19 @@ int ZrXmlFileReader::classifyTag(std::string_view tag) {
 int ZrXmlFileReader::readEndTag(std::string_view tag) {
   if (tag.size() > 1 && tag[1] == ' ')
     warnMessage("file not well formed.\n\tWhite space cannot exist before end tag name.");
-  assignNameIfChanged(m_theEndTag, stripView(tag.substr(1)));
+  const SplitName name = splitName(stripView(tag.substr(1)));
   m_theLastEndTagPopped = false;
-  if (m_theElementStack.empty()) {
-    warnMessage("file not well formed.\n\tMore end tags than start tags.");
-  } else if (m_theEndTag == m_theElementStack.back().element) {
+  if (!m_theElementStack.empty() && holdsName(m_theElementStack.back().element, name)) {
+    assignNameIfChanged(m_theElementStack.back().endTag, name);
+    m_theEndTagDepth = m_theElementStack.size();
     popElement();
     m_theLastEndTagPopped = true;
+    return 2;
+  }
+  assignNameIfChanged(m_theEndTag, name);
+  m_theEndTagDepth = 0;
+  if (m_theElementStack.empty()) {
+    warnMessage("file not well formed.\n\tMore end tags than start tags.");
   } else {
     warnMessage("file not well formed.\n\tEnd tag closed incorrect start tag.");
     Zr::Print::instance().write(Zr::PrintError, "\tStart tag: %s\n\tEnd tag: %s\n",
@@ -1365,7 +1374,7 @@ void ZrXmlFileReader::popElement() {
 // that element, or it carries the element's name but closed nothing (a fault already reported).
 bool ZrXmlFileReader::closesElement(const ZrToken& target, std::size_t depth) const {
   if (m_theElementStack.size() < depth) return true;
-  return m_theEndTag == target && !m_theLastEndTagPopped;
+  return endTag() == target && !m_theLastEndTagPopped;
 }
 
 ZrBoolean ZrXmlFileReader::nextMatchingEndTag() {
@@ -1391,7 +1400,7 @@ ZrBoolean ZrXmlFileReader::nextMatchingEndTag() {
 std::string ZrXmlFileReader::getChildrenAsString() {
   std::string children;
   if (m_theMode == 3) {
-    m_theEndTag = element();
+    setEndTag(element());
     popElement();
     m_theMode = 2;
     return children;
@@ -1417,7 +1426,7 @@ std::string ZrXmlFileReader::getChildrenAsString() {
         [[fallthrough]];
       case 2:
         if (closesElement(target, depth)) return children;
-        children.append("</").append(m_theEndTag.tokenText()).append(">");
+        children.append("</").append(endTag().tokenText()).append(">");
         break;
       case 0:
         if (!atEndOfInput()) break;
@@ -1535,7 +1544,7 @@ bool ZrXmlFileReader::fastCloseEndTag(bool onlyIfNamed) {
   if (onlyIfNamed) {
     assignName(m_theWorkToken, stripView(tag.substr(1)));
     if (!(m_theWorkToken == m_theFastElement)) return false;
-    m_theEndTag = m_theWorkToken;
+    setEndTag(m_theWorkToken);
     consumeTo(close + 1);
     return true;
   }
@@ -1697,7 +1706,7 @@ const ZrToken& ZrXmlFileReader::getEndTagFast() {
   if (m_theFastInTag) fastFinishTag(false);
   if (m_theFastSelfClosed) {
     m_theFastSelfClosed = false;
-    m_theEndTag = m_theFastElement;
+    setEndTag(m_theFastElement);
     return m_theEndTag;
   }
   while (skipWhile(White)) {
@@ -1708,7 +1717,7 @@ const ZrToken& ZrXmlFileReader::getEndTagFast() {
     }
     if (fastSkipMarkup()) continue;
     if (!ensureAvailable(2) || m_theReadBuffer[m_theReadIndex + 1] != '/' || !fastCloseEndTag(false)) break;
-    return m_theEndTag;
+    return endTag();
   }
   return m_theNullToken;
 }

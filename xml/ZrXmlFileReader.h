@@ -81,6 +81,10 @@ class ZrXmlFileReader {
 
   struct ElementStruct {
     ZrToken element;                                // name, prefix removed
+    // The name of the last end tag that closed an element at this depth. Kept on the entry, which stays
+    // as a spare when popped, because the names at one depth come round again: most end tags then find
+    // their name already there.
+    ZrToken endTag;
     // prefix ("" for the default) -> URI, the declarations this element's own tag added; those in force
     // on it (its ancestors' as well) are namespacesInForce(its index)
     std::map<std::string, std::string> namespaces;
@@ -155,7 +159,9 @@ class ZrXmlFileReader {
   // The namespace declarations in force on the open element at index (0 the outermost): its own and its
   // ancestors', a prefix keeping the first URI declared for it. Built on request.
   std::map<std::string, std::string> namespacesInForce(std::size_t index) const;
-  const ZrToken& endTag() const { return m_theEndTag; }
+  const ZrToken& endTag() const {
+    return m_theEndTagDepth ? m_theElementStack.entryAt(m_theEndTagDepth - 1).endTag : m_theEndTag;
+  }
   // True once the stream is exhausted and every byte of the buffer has been consumed. readXml() can
   // return 0 before that after some faults; a caller that wants the whole document reads on until then.
   bool atEndOfInput() const;
@@ -220,7 +226,12 @@ class ZrXmlFileReader {
   // m_theLineCountedTo; lineCount() counts the rest of what was consumed.
   mutable std::int64_t m_theLineCount;
   mutable std::size_t m_theLineCountedTo = 0;
-  ZrToken m_theEndTag;
+  ZrToken m_theEndTag;  // the last end tag, unless it closed an element: then on the entry at this depth
+  std::size_t m_theEndTagDepth = 0;
+  void setEndTag(const ZrToken& name) {
+    m_theEndTag = name;
+    m_theEndTagDepth = 0;
+  }
   ZrToken m_theWorkToken;  // the element name while a start tag is parsed
   std::string m_theValueBuffer;
   std::string m_theReadBuffer;

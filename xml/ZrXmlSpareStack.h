@@ -35,6 +35,8 @@ class ZrXmlSpareStack {
   const Entry& back() const { return *m_theEntries[m_theSize - 1]; }
   Entry& operator[](std::size_t index) { return *m_theEntries[index]; }
   const Entry& operator[](std::size_t index) const { return *m_theEntries[index]; }
+  // Any entry pushed once, open or spare: a popped entry keeps what it held until it is pushed again.
+  const Entry& entryAt(std::size_t index) const { return *m_theEntries[index]; }
 
   // Walks the open entries, outermost first.
   class const_iterator {
