@@ -48,10 +48,10 @@ TEST(ZrToken, EqualityUsesBothTextsOrderingOnlyTheLocalName) {
   EXPECT_EQ(byName.begin()->second, 2);
 }
 
-// Names are compared in words: a difference at any byte of any length must still be seen, and bytes
-// beyond either text must never decide.
+// Names are compared in words, namespaces of up to 48 bytes in blocks: a difference at any byte of any
+// length must still be seen, and bytes beyond either text must never decide.
 TEST(ZrToken, EqualitySeesADifferenceAtEveryPositionOfEveryLength) {
-  for (std::size_t length = 0; length <= 40; ++length) {
+  for (std::size_t length = 0; length <= 64; ++length) {
     const std::string text(length, 'a');
     EXPECT_EQ(ZrToken("n", text), ZrToken("n", std::string(text))) << length;
     EXPECT_NE(ZrToken("n", text), ZrToken("n", text + "a")) << length;
@@ -65,10 +65,11 @@ TEST(ZrToken, EqualitySeesADifferenceAtEveryPositionOfEveryLength) {
     }
   }
   // Equal texts held in buffers with different bytes after them.
-  const char one[] = "abcdefghXYZ";
-  const char other[] = "abcdefghQRS";
-  for (std::size_t length = 0; length <= 8; ++length)
-    EXPECT_TRUE(Zr::textEqual(std::string_view(one, length), std::string_view(other, length))) << length;
+  const std::string same(48, 'n');
+  const std::string one = same + "XYZXYZXYZXYZXYZXYZ";
+  const std::string other = same + "QRSQRSQRSQRSQRSQRS";
+  for (std::size_t length = 0; length <= same.size(); ++length)
+    EXPECT_TRUE(Zr::textEqual(std::string_view(one.data(), length), std::string_view(other.data(), length))) << length;
 }
 
 TEST(ZrToken, AssignKeepsTheNamespaceAndDoesNotParse) {
