@@ -1356,15 +1356,19 @@ void ZrXmlFileReader::keepAttributesOutOfBuffer() {
 // was popped.
 void ZrXmlFileReader::pushElement() { m_theElementStack.push(); }
 
+// Every declaration an open element holds is also in force, so with none in force the entry's own
+// declarations need not be looked at: most documents declare no namespace the reader keeps.
 void ZrXmlFileReader::popElement() {
   if (m_theElementStack.empty()) return;
   if (m_theChecker) m_theChecker->closeElement(m_theElementStack.size());
-  std::map<std::string, std::string>& declarations = m_theElementStack.back().namespaces;
-  if (!declarations.empty()) {
-    for (const auto& declaration : declarations) m_theNamespacesInForce.erase(declaration.first);
-    declarations.clear();
-  }
+  if (!m_theNamespacesInForce.empty()) withdrawDeclarations(m_theElementStack.back().namespaces);
   m_theElementStack.pop();
+}
+
+void ZrXmlFileReader::withdrawDeclarations(std::map<std::string, std::string>& declarations) {
+  if (declarations.empty()) return;
+  for (const auto& declaration : declarations) m_theNamespacesInForce.erase(declaration.first);
+  declarations.clear();
 }
 
 // ---------------------------------------------------------------------------------------------------------

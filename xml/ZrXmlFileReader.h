@@ -276,6 +276,7 @@ class ZrXmlFileReader {
   void addAttribute(std::string_view name, std::size_t localOffset, std::string_view value);
   void pushElement();
   void popElement();
+  void withdrawDeclarations(std::map<std::string, std::string>& declarations);
   void clearAttributes();
   void keepAttributesOutOfBuffer();
   void rebaseAttributes(const ZrXmlFileReader& other);
