@@ -193,4 +193,53 @@ TEST(ZrXmlSharedRegistrations, ComparisonDoesNotDependOnWhereRegistrationsAre) {
   EXPECT_EQ(ZrTest::written(shared), ZrTest::written(withMaps));
 }
 
+// Four children and two attributes: documents may hold them in any order, repeated or mixed with
+// unknown ones, whatever order the class registered them in.
+class Four : public ZrXmlCompoundType {
+ public:
+  ZrXmlObject* clone() const override { return new Four(*this); }
+  ZrXmlObject* newObject() const override { return new Four(); }
+  ZrBoolean equality(const ZrXmlObject* other) const override { return dynamic_cast<const Four*>(other) != nullptr; }
+  ZrToken token() const override { return element("f"); }
+  void registerComponents() override {
+    registerComponent(element("d"), &d);
+    registerAttributeComponent(ZrToken("y"), &y);
+    registerComponent(element("b"), &b);
+    registerComponent(element("c"), &c);
+    registerAttributeComponent(ZrToken("x"), &x);
+    registerComponent(element("a"), &a);
+  }
+  std::vector<int> values() const { return {a.value(), b.value(), c.value(), d.value(), x.value(), y.value()}; }
+
+  ZrXmlBasicType<int> a, b, c, d, x, y;
+};
+
+TEST(ZrXmlSharedRegistrations, ChildrenInAnyOrderFindTheirMembers) {
+  struct Row {
+    const char* document;
+    std::vector<int> values;  // a, b, c, d, x, y as read
+    bool badTokenReported;
+  };
+  const std::vector<Row> rows = {
+      {"<f x='5' y='6'><a>1</a><b>2</b><c>3</c><d>4</d></f>", {1, 2, 3, 4, 5, 6}, false},
+      {"<f y='6' x='5'><d>4</d><c>3</c><b>2</b><a>1</a></f>", {1, 2, 3, 4, 5, 6}, false},
+      {"<f y='6'><b>2</b><d>4</d><a>1</a><c>3</c></f>", {1, 2, 3, 4, 0, 6}, false},
+      {"<f><a>1</a><a>7</a><d>4</d><d>8</d></f>", {7, 0, 0, 8, 0, 0}, false},
+      {"<f x='5'><a>1</a><e>9</e><b>2</b><z>9</z></f>", {1, 2, 0, 0, 5, 0}, true},
+      {"<f><d>4</d></f>", {0, 0, 0, 4, 0, 0}, false},
+  };
+  Four reused;
+  for (const Row& row : rows) {
+    Four fresh;
+    ZrTest::PrintCapture capture;
+    ZrTest::readRoot(row.document, fresh);
+    EXPECT_EQ(fresh.values(), row.values) << row.document;
+    EXPECT_EQ(capture.contains("Bad token:"), row.badTokenReported) << row.document << capture.all();
+    // One object read again and again starts each look-up where the last document left it.
+    reused = Four();
+    ZrTest::readRoot(row.document, reused);
+    EXPECT_EQ(reused.values(), row.values) << row.document;
+  }
+}
+
 }  // namespace

@@ -193,7 +193,8 @@ bool ZrXmlCompoundType::specialMapExists() const {
 bool ZrXmlCompoundType::findComponent(const ZrToken& token, Kind kind, ZrXmlObject*& component) {
   if (const ZrXmlRegistrationTable* table = m_theSharedRegistrations) {
     const bool element = kind == ZrXmlRegistrationTable::ELEMENT;
-    const ZrXmlRegistrationTable::Entry* entry = element ? table->findElement(token) : table->findAttribute(token);
+    const ZrXmlRegistrationTable::Entry* entry = element ? table->findElement(token, m_theNextElementEntry)
+                                                         : table->findAttribute(token, m_theNextAttributeEntry);
     if (!entry) {
       if (element) m_theComponentMapAskedFor = true;
       return false;
@@ -241,8 +242,9 @@ ZrBoolean ZrXmlCompoundType::readAttributes(ZrXmlReader& reader) {
   if (!result) return result;
   const ZrU32 count = reader.remainingNumOfAttributes();
   ZrToken& name = reader.nameSlot(ZrXmlReader::ATTRIBUTE_NAME);  // a copy: taking the value removes the entry
-  for (ZrU32 round = 0; round < count && reader.remainingNumOfAttributes() != 0; ++round) {
+  for (ZrU32 round = 0; round < count; ++round) {
     const ZrU32 before = reader.remainingNumOfAttributes();
+    if (before == 0) break;
     name = reader.attributeName();
     readAttributeFromToken(name, reader);
     // The reader always offers the first unread attribute: one that nobody took (unknown, or held by

@@ -126,6 +126,10 @@ class ZrXmlCompoundType : public ZrXmlObject {
   // created empty by it, which operator== can tell from no map at all. Declared first, it sits beside the
   // base's flag byte instead of taking a word of its own.
   mutable bool m_theComponentMapAskedFor = false;
+  // Where the next look-up through the table starts, for elements and for attributes (see
+  // ZrXmlRegistrationTable::findElement); they fill the rest of the same word.
+  std::uint16_t m_theNextElementEntry = 0;
+  std::uint16_t m_theNextAttributeEntry = 0;
   // Shared with the other objects of the class, or null while the object keeps maps of its own.
   mutable const ZrXmlRegistrationTable* m_theSharedRegistrations = nullptr;
   // Created on first need, also from const operations.

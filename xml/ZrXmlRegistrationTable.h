@@ -1,9 +1,11 @@
 #ifndef ZR_XML_REGISTRATION_TABLE_H
 #define ZR_XML_REGISTRATION_TABLE_H
 
+#include <ZrTextEqual.h>
 #include <ZrToken.h>
 #include <ZrTypes.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <typeinfo>
 #include <vector>
@@ -81,10 +83,23 @@ class ZrXmlRegistrationTable {
   // The entry whose token text equals the token's, or null.
   const Entry* findElement(const ZrToken& token) const { return findIn(m_theElements, token); }
   const Entry* findAttribute(const ZrToken& token) const { return findIn(m_theAttributes, token); }
+  // The same, trying first the entry at `next`, which is then left just after the entry found. Documents
+  // hold an object's children and attributes in token order, as the writer puts them, so an object that
+  // keeps `next` from one look-up to the next mostly finds its entry at the first comparison.
+  const Entry* findElement(const ZrToken& token, std::uint16_t& next) const { return findFrom(m_theElements, token, next); }
+  const Entry* findAttribute(const ZrToken& token, std::uint16_t& next) const {
+    return findFrom(m_theAttributes, token, next);
+  }
   bool hasMark(const ZrToken& token, ZrU32 code) const;
 
  private:
   static const Entry* findIn(const std::vector<Entry>& entries, const ZrToken& token);
+  static const Entry* findFrom(const std::vector<Entry>& entries, const ZrToken& token, std::uint16_t& next) {
+    if (next < entries.size() && Zr::textEqual(entries[next].token.tokenText(), token.tokenText())) return &entries[next++];
+    const Entry* found = findIn(entries, token);
+    if (found) next = static_cast<std::uint16_t>(std::min<std::size_t>(found - entries.data() + 1, UINT16_MAX));
+    return found;
+  }
 
   std::vector<Call> m_theCalls;
   std::vector<Entry> m_theElements;
