@@ -242,14 +242,18 @@ ZrBoolean ZrXmlCompoundType::readAttributes(ZrXmlReader& reader) {
   if (!result) return result;
   const ZrU32 count = reader.remainingNumOfAttributes();
   ZrToken& name = reader.nameSlot(ZrXmlReader::ATTRIBUTE_NAME);  // a copy: taking the value removes the entry
-  for (ZrU32 round = 0; round < count; ++round) {
-    const ZrU32 before = reader.remainingNumOfAttributes();
-    if (before == 0) break;
+  ZrU32 remaining = count;
+  for (ZrU32 round = 0; round < count && remaining != 0; ++round) {
     name = reader.attributeName();
     readAttributeFromToken(name, reader);
+    const ZrU32 before = remaining;
+    remaining = reader.remainingNumOfAttributes();
     // The reader always offers the first unread attribute: one that nobody took (unknown, or held by
     // a component that reads no attributes) is dropped, so that the next round sees the next one.
-    if (reader.remainingNumOfAttributes() == before) reader.attributeValue(name);
+    if (remaining == before) {
+      reader.attributeValue(name);
+      remaining = reader.remainingNumOfAttributes();
+    }
   }
   return result;
 }

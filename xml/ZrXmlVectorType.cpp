@@ -30,8 +30,9 @@ long ZrXmlContainerLayout::sizeAttribute(ZrXmlReader& reader) {
   if (before == 0) return 0;
   long size = 0;
   const std::string& value = reader.attributeValue(ZrXml::ZrCountToken);
-  if (reader.remainingNumOfAttributes() != before) size = ZrSTRING2LONG(value.c_str());
-  for (ZrU32 remaining = reader.remainingNumOfAttributes(); remaining != 0; --remaining) reader.attributeValue();
+  const ZrU32 after = reader.remainingNumOfAttributes();
+  if (after != before) size = ZrSTRING2LONG(value.c_str());
+  for (ZrU32 remaining = after; remaining != 0; --remaining) reader.attributeValue();
   return size;
 }
 
