@@ -1,11 +1,15 @@
 // The object base: its flag rules, lazy initialisation and the comparison with a default object.
+#include <ZrTestDocument.h>
 #include <ZrTestSupport.h>
+#include <ZrXmlBasicType.h>
 #include <ZrXmlObject.h>
 #include <ZrXmlReader.h>
+#include <ZrXmlVectorType.h>
 #include <ZrXmlWriter.h>
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <string>
 
 namespace {
 
@@ -81,6 +85,59 @@ TEST(ZrXmlObject, EqualsDefaultFreesItsFreshObjectAndToleratesNone) {
     EXPECT_TRUE(p.equalsDefault()) << "the answer of equality(null) is passed on";
   }
   EXPECT_EQ(Probe::live, before);
+}
+
+// Every flag operation read() goes through, counted: a class derived from a library value or container
+// may override them, and reading must still call them.
+template <class Value>
+class Counting : public Value {
+ public:
+  ZrXmlObject* clone() const override { return new Counting(*this); }
+  ZrBoolean xmlInit() override { return calls += "init ", Value::xmlInit(); }
+  ZrBoolean xmlInitialized() const override { return calls += "initialized? ", Value::xmlInitialized(); }
+  void setXmlInitialized(ZrBoolean value) override {
+    calls += "setInitialized ";
+    Value::setXmlInitialized(value);
+  }
+  void setSpecified(ZrBoolean value) override {
+    calls += "setSpecified ";
+    Value::setSpecified(value);
+  }
+  mutable std::string calls;
+};
+
+TEST(ZrXmlObject, ReadingCallsTheFlagOperationsOfDerivedValuesAndSetsTheFlagsOfPlainOnes) {
+  const std::string firstRead = "initialized? init setInitialized setSpecified ";
+  const std::string laterRead = "initialized? setSpecified ";
+  const auto check = [&](auto& plain, auto& derived, const char* document, bool asAttribute) {
+    for (int round = 0; round < 2; ++round) {
+      derived.calls.clear();
+      EXPECT_TRUE(ZrTest::readRoot(document, plain, nullptr, asAttribute)) << document;
+      EXPECT_TRUE(ZrTest::readRoot(document, derived, nullptr, asAttribute)) << document;
+      EXPECT_EQ(derived.calls, round == 0 ? firstRead : laterRead) << document;
+      EXPECT_TRUE(plain.xmlInitialized() && plain.specified()) << document;
+      EXPECT_TRUE(derived.xmlInitialized() && derived.specified()) << document;
+      EXPECT_TRUE(plain == derived) << document;
+    }
+  };
+  {
+    ZrXmlBasicType<int> plain;
+    Counting<ZrXmlBasicType<int>> derived;
+    check(plain, derived, "<v>7</v>", false);
+    EXPECT_EQ(derived.value(), 7);
+  }
+  {
+    ZrXmlBasicType<int> plain;
+    Counting<ZrXmlBasicType<int>> derived;
+    check(plain, derived, "<v a='8'/>", true);
+    EXPECT_EQ(derived.value(), 8);
+  }
+  {
+    ZrXmlVectorType<ZrXmlBasicType<int>> plain;
+    Counting<ZrXmlVectorType<ZrXmlBasicType<int>>> derived;
+    check(plain, derived, "<v size='2'><group>1 2</group></v>", false);
+    EXPECT_EQ(derived.size(), 2u);
+  }
 }
 
 }  // namespace

@@ -202,7 +202,7 @@ ZrXmlObject* ZrXmlBasicType<T>::clone() const {
 
 template <class T>
 ZrBoolean ZrXmlBasicType<T>::read(ZrXmlReader& reader) {
-  ZrBoolean result = ZrXmlObject::read(reader);
+  ZrBoolean result = readBaseOf<ZrXmlBasicType>(reader);
   if (!result) return result;
   std::string text;
   if (elementText(reader, text)) {
@@ -219,7 +219,7 @@ ZrBoolean ZrXmlBasicType<T>::read(ZrXmlReader& reader) {
 // A missing attribute is reported but is not a failure: the value becomes that of the empty text.
 template <class T>
 ZrBoolean ZrXmlBasicType<T>::readAttribute(ZrXmlReader& reader) {
-  ZrBoolean result = ZrXmlObject::read(reader);
+  ZrBoolean result = readBaseOf<ZrXmlBasicType>(reader);
   if (!result) return result;
   if (reader.remainingNumOfAttributes() != 0) {
     setValueFromString(reader.attributeValue());

@@ -143,7 +143,7 @@ ZrXmlObject* ZrXmlEnumType<T>::clone() const {
 
 template <class T>
 ZrBoolean ZrXmlEnumType<T>::read(ZrXmlReader& reader) {
-  ZrBoolean result = ZrXmlObject::read(reader);
+  ZrBoolean result = readBaseOf<ZrXmlEnumType>(reader);
   if (!result) return result;
   std::string name;
   bool found = elementText(reader, name);
@@ -152,7 +152,7 @@ ZrBoolean ZrXmlEnumType<T>::read(ZrXmlReader& reader) {
 
 template <class T>
 ZrBoolean ZrXmlEnumType<T>::readAttribute(ZrXmlReader& reader) {
-  ZrBoolean result = ZrXmlObject::read(reader);
+  ZrBoolean result = readBaseOf<ZrXmlEnumType>(reader);
   if (!result) return result;
   if (reader.remainingNumOfAttributes() == 0) return readName(reader, false, std::string(), __PRETTY_FUNCTION__);
   return readName(reader, true, reader.attributeValue(), __PRETTY_FUNCTION__);

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 #include <type_traits>
+#include <typeinfo>
 #include <utility>
 
 class ZrXmlObjectVisitor;
@@ -70,6 +71,17 @@ class ZrXmlObject {
   // base's xmlInit, xmlInitialized and setSpecified, such as the plain values that containers make
   // by the million while reading.
   void setReadFlags() { m_theFlags = static_cast<std::uint8_t>(m_theFlags | m_theXmlInitializedBit | m_theSpecifiedBit); }
+  // What read() of this base does, for a library class Own that keeps the base's xmlInit,
+  // xmlInitialized, setXmlInitialized and setSpecified: an object of exactly that class has its flags set
+  // at once, without the four virtual calls; an object of a class derived from it, which may override
+  // any of them, takes the calls. Type information that is not the very object of Own's (a copy in
+  // another library, say) takes the calls too, which is never wrong.
+  template <class Own>
+  ZrBoolean readBaseOf(ZrXmlReader& reader) {
+    if (&typeid(*this) != &typeid(Own)) return ZrXmlObject::read(reader);
+    setReadFlags();
+    return true;
+  }
 
  private:
   void setFlag(std::uint8_t bit, ZrBoolean value) const;
