@@ -77,7 +77,7 @@ class ZrXmlSetType : public ZrXmlObject {
   static ZrXmlSetType nullObject();
 
  private:
-  void readGroup(ZrXmlReader& reader, E& element, long& count);
+  void readGroup(ZrXmlReader& reader, int groupMode, E& element, long& count);
 
   SetContainer m_theElements;
 };
@@ -131,7 +131,7 @@ ZrBoolean ZrXmlSetType<E>::read(ZrXmlReader& reader) {
   long count = 0;
   for (int mode = reader.readXml(); mode == ZrXmlMode::startTag || mode == ZrXmlMode::emptyElement; mode = reader.readXml()) {
     if (singleValues && Zr::textEqual(reader.element().tokenText(), ZrXml::ZrGroupToken.tokenText())) {
-      readGroup(reader, element, count);
+      readGroup(reader, mode, element, count);
     } else {
       element.read(reader);
       m_theElements.insert(element);
@@ -146,8 +146,8 @@ ZrBoolean ZrXmlSetType<E>::read(ZrXmlReader& reader) {
 }
 
 template <class E>
-void ZrXmlSetType<E>::readGroup(ZrXmlReader& reader, E& element, long& count) {
-  if (!ZrXmlContainerLayout::enterGroupContent(reader, "ZrXmlSetType")) return;
+void ZrXmlSetType<E>::readGroup(ZrXmlReader& reader, int groupMode, E& element, long& count) {
+  if (!ZrXmlContainerLayout::enterGroupContent(reader, groupMode, "ZrXmlSetType")) return;
   while (reader.isContentAvailable()) {
     element.read(reader);
     m_theElements.insert(element);

@@ -41,8 +41,8 @@ unsigned long ZrXmlContainerLayout::reserveCount(long size, unsigned long elemen
   return std::min(static_cast<unsigned long>(size), maxBytes / elementBytes);
 }
 
-bool ZrXmlContainerLayout::enterGroupContent(ZrXmlReader& reader, const char* className) {
-  if (reader.mode() != ZrXmlMode::emptyElement && reader.readXml() == ZrXmlMode::content) {
+bool ZrXmlContainerLayout::enterGroupContent(ZrXmlReader& reader, int groupMode, const char* className) {
+  if (groupMode != ZrXmlMode::emptyElement && reader.readXml() == ZrXmlMode::content) {
     reader.setContentVectorFlag(true);
     return true;
   }

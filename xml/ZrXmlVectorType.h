@@ -41,10 +41,10 @@ void makeRoomForOne(Container& elements, long size) {
   if (elements.size() < elements.capacity() || size <= static_cast<long>(elements.size())) return;
   elements.reserve(std::min(static_cast<std::size_t>(size), std::max<std::size_t>(2 * elements.capacity(), 1)));
 }
-// Called on a "group" start tag: steps into its content and switches the reader to word-by-word
-// reading. Reports "<className> Error: XML parser should be in data mode" and returns false when the
-// group holds no content; an empty-element group is not stepped past.
-bool enterGroupContent(ZrXmlReader& reader, const char* className);
+// Called on a "group" start tag, read in groupMode (start or empty element): steps into its content and
+// switches the reader to word-by-word reading. Reports "<className> Error: XML parser should be in data
+// mode" and returns false when the group holds no content; an empty-element group is not stepped past.
+bool enterGroupContent(ZrXmlReader& reader, int groupMode, const char* className);
 // Writes one element of a vector or set: single values join the one "group" child, opened before the
 // first of them (groupOpen tells; the caller closes it), any other element is its own "element" child.
 void writeElement(ZrXmlWriter& writer, const ZrXmlObject& element, bool& groupOpen);
@@ -162,7 +162,7 @@ class ZrXmlVectorType : public ZrXmlObject {
 
  private:
   void writeElements(ZrXmlWriter& writer, bool closeGroup) const;
-  void readGroup(ZrXmlReader& reader, long size, long& count);
+  void readGroup(ZrXmlReader& reader, int groupMode, long size, long& count);
   void readElement(ZrXmlReader& reader, long size, long& count);
 
   VectorContainer m_theElements;
@@ -219,7 +219,7 @@ ZrBoolean ZrXmlVectorType<E>::read(ZrXmlReader& reader) {
   long count = 0;
   for (int mode = reader.readXml(); mode == ZrXmlMode::startTag || mode == ZrXmlMode::emptyElement; mode = reader.readXml()) {
     if (singleValues && Zr::textEqual(reader.element().tokenText(), ZrXml::ZrGroupToken.tokenText())) {
-      readGroup(reader, size, count);
+      readGroup(reader, mode, size, count);
     } else {
       readElement(reader, size, count);
     }
@@ -235,8 +235,8 @@ ZrBoolean ZrXmlVectorType<E>::read(ZrXmlReader& reader) {
 // group in one call (a string per word and a virtual read per element cost more than the number
 // itself); each element ends up as its read() would leave it.
 template <class E>
-void ZrXmlVectorType<E>::readGroup(ZrXmlReader& reader, long size, long& count) {
-  if (!ZrXmlContainerLayout::enterGroupContent(reader, "ZrXmlVectorType")) return;
+void ZrXmlVectorType<E>::readGroup(ZrXmlReader& reader, int groupMode, long size, long& count) {
+  if (!ZrXmlContainerLayout::enterGroupContent(reader, groupMode, "ZrXmlVectorType")) return;
   if constexpr (ZrXmlContainerLayout::isPlainValue<E>::value) {
     count += E::readWords(reader, m_theElements);
   } else {
