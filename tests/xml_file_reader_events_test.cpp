@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 
 namespace {
@@ -70,6 +71,30 @@ TEST(ZrXmlFileReaderEvents, AttributesAreReadOnceInNameOrderWithTheFirstValueKep
   EXPECT_EQ(capture.texts(), std::vector<std::string>{
                                  "ZrXmlFileReader Error: file not well formed.\n\tMissing quotes around attribute "
                                  "value.\n\tFile: doc.xml\n\tLine: 1\n"});
+}
+
+// The order is that of the names' bytes taken as unsigned, as std::string orders them, whichever byte
+// first differs.
+TEST(ZrXmlFileReaderEvents, AttributesComeInTheOrderOfTheirNamesBytes) {
+  const std::vector<std::string> rows = {
+      "<e \xC3\xA9='1' z='2' ab='3' a='4' B='5' aa='6' \xC3\xA0='7'/>",
+      "<e zz='1' z='2' y='3'/>",
+      "<e b='1' a='2'/>",
+  };
+  for (const std::string& tag : rows) {
+    std::istringstream in(tag);
+    ZrXmlFileReader reader("doc.xml", in);
+    ASSERT_EQ(reader.readXml(), 3) << tag;
+    std::vector<std::string> names;
+    while (reader.remainingNumOfAttributes() > 0) {
+      names.push_back(reader.attributeName().token());
+      reader.attributeValue();
+    }
+    std::vector<std::string> sorted = names;
+    std::sort(sorted.begin(), sorted.end());
+    EXPECT_EQ(names, sorted) << tag;
+    EXPECT_EQ(names.size(), static_cast<std::size_t>(std::count(tag.begin(), tag.end(), '='))) << tag;
+  }
 }
 
 // Attribute tokens are reused from tag to tag. Tags with many names, names coming back with another prefix
