@@ -68,8 +68,8 @@ class ZrXmlObject {
   // Runs xmlInit once, also from const operations: registrations are built on first use.
   void ensureXmlInit() const;
   // The flags read() leaves, set without its virtual calls: only for objects whose class keeps the
-  // base's xmlInit, xmlInitialized and setSpecified, such as the plain values that containers make
-  // by the million while reading.
+  // base's xmlInit, xmlInitialized, setXmlInitialized and setSpecified, such as the plain values that
+  // containers make by the million while reading.
   void setReadFlags() { m_theFlags = static_cast<std::uint8_t>(m_theFlags | m_theXmlInitializedBit | m_theSpecifiedBit); }
   // What read() of this base does, for a library class Own that keeps the base's xmlInit,
   // xmlInitialized, setXmlInitialized and setSpecified: an object of exactly that class has its flags set
