@@ -143,7 +143,7 @@ ZrXmlObject* ZrXmlMapType<K, V>::clone() const {
 // The key, like the value, may be an empty element: that is how an empty string is written.
 template <class K, class V>
 ZrBoolean ZrXmlMapType<K, V>::read(ZrXmlReader& reader) {
-  const ZrBoolean result = this->template readBaseOf<ZrXmlMapType>(reader);
+  const ZrBoolean result = readBaseOf<ZrXmlMapType>(reader);
   m_theEntries.clear();
   if (!result) return result;
   if (reader.mode() == ZrXmlMode::emptyElement) return true;

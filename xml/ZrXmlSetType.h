@@ -121,7 +121,7 @@ ZrXmlObject* ZrXmlSetType<E>::clone() const {
 // Like the vector's reading, with one reusable element whose copies are inserted.
 template <class E>
 ZrBoolean ZrXmlSetType<E>::read(ZrXmlReader& reader) {
-  const ZrBoolean result = this->template readBaseOf<ZrXmlSetType>(reader);
+  const ZrBoolean result = readBaseOf<ZrXmlSetType>(reader);
   if (!result) return result;
   m_theElements.clear();
   const long size = ZrXmlContainerLayout::sizeAttribute(reader);

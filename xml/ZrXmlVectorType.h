@@ -209,7 +209,7 @@ ZrXmlObject* ZrXmlVectorType<E>::clone() const {
 // since only single values take one word each.
 template <class E>
 ZrBoolean ZrXmlVectorType<E>::read(ZrXmlReader& reader) {
-  const ZrBoolean result = this->template readBaseOf<ZrXmlVectorType>(reader);
+  const ZrBoolean result = readBaseOf<ZrXmlVectorType>(reader);
   if (!result) return result;
   m_theElements.clear();
   const long size = ZrXmlContainerLayout::sizeAttribute(reader);
