@@ -596,7 +596,7 @@ std::size_t ZrXmlFileReader::findUnreadAttribute(const ZrToken& name) const {
       [this](std::uint32_t index, std::string_view text) { return textLess(m_theAttributeEntries[index].local(), text); });
   if (found == m_theAttributeOrder.end()) return npos;
   const AttributeEntry& entry = m_theAttributeEntries[*found];
-  return !entry.taken && entry.local() == wanted ? *found : npos;
+  return !entry.taken && Zr::textEqual(entry.local(), wanted) ? *found : npos;
 }
 
 const ZrToken& ZrXmlFileReader::attributeToken(std::size_t index) const {
