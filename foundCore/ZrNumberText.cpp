@@ -26,11 +26,17 @@ std::string ZrDOUBLE2STRING(double value) {
   return std::string(text, result.ptr);
 }
 
-unsigned ZrDOUBLE2CHARS(double value, char* text) {
-  const char* special = nullptr;
-  if (std::isnan(value)) special = "NaN";
-  else if (std::isinf(value)) special = value > 0 ? "INF" : "-INF";
-  if (special) {
+namespace {
+// The XML Schema spelling of an infinity or NaN, or null for a finite value.
+const char* specialRealText(double value) {
+  if (std::isnan(value)) return "NaN";
+  if (std::isinf(value)) return value > 0 ? "INF" : "-INF";
+  return nullptr;
+}
+
+template <class Real>
+unsigned shortestRealChars(Real value, char* text) {
+  if (const char* special = specialRealText(value)) {
     const unsigned length = static_cast<unsigned>(std::strlen(special));
     std::memcpy(text, special, length);
     return length;
@@ -38,6 +44,11 @@ unsigned ZrDOUBLE2CHARS(double value, char* text) {
   const std::to_chars_result result = std::to_chars(text, text + ZrDOUBLE_CHARS_SIZE, value);
   return static_cast<unsigned>(result.ptr - text);
 }
+}  // namespace
+
+unsigned ZrDOUBLE2CHARS(double value, char* text) { return shortestRealChars(value, text); }
+
+unsigned ZrFLOAT2CHARS(float value, char* text) { return shortestRealChars(value, text); }
 
 namespace {
 

@@ -25,6 +25,9 @@ std::string ZrINT2STRING(int value);
 std::string ZrDOUBLE2STRING(double value);
 const unsigned ZrDOUBLE_CHARS_SIZE = 32;  // the longest shortest form is 24 characters ("-2.2250738585072014e-308")
 unsigned ZrDOUBLE2CHARS(double value, char* text);
+// The same for a float: the shortest text that reads back to exactly the same float ("1.0000001"),
+// infinities and NaN spelt as above.
+unsigned ZrFLOAT2CHARS(float value, char* text);
 // printf's "%.*g" with this precision (as an output stream with that precision writes a double), into
 // text[0, ZrDOUBLE_G_CHARS_SIZE); returns the length. A value whose shortest exact text has no more
 // significant digits than the precision (as reals written in six digits and read back do) is formatted

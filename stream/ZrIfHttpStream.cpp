@@ -14,17 +14,9 @@
 
 namespace {
 
-struct HttpDefaults {
-  long connectTimeoutMs = 10000;
-  long timeoutMs = 600000;
-  long stallTimeoutMs = 30000;
-  unsigned long long maxBodySize = 1ull << 30;
-  long maxRedirects = 5;
-  std::vector<std::string> allowedHosts;
-};
-
-HttpDefaults& httpDefaults() {
-  static HttpDefaults defaults;
+// The limits of streams made without their own. Set before streams are made on other threads.
+ZrIfHttpStream::Limits& httpDefaults() {
+  static ZrIfHttpStream::Limits defaults;
   return defaults;
 }
 
@@ -55,8 +47,7 @@ std::string hostOf(const std::string& base, const char* reference = nullptr) {
   return host;
 }
 
-bool hostAllowed(const std::string& host) {
-  const std::vector<std::string>& allowed = httpDefaults().allowedHosts;
+bool hostAllowed(const std::vector<std::string>& allowed, const std::string& host) {
   if (allowed.empty()) return true;
   return std::any_of(allowed.begin(), allowed.end(), [&host](const std::string& entry) {
     return entry.size() == host.size() &&
@@ -72,7 +63,7 @@ bool hostAllowed(const std::string& host) {
 // paused and resumed only once the reader has consumed the window.
 class ZrHttpStreamBuffer : public std::streambuf {
  public:
-  ZrHttpStreamBuffer(std::istream& owner, const char* url);
+  ZrHttpStreamBuffer(std::istream& owner, const char* url, const ZrIfHttpStream::Limits& limits);
   ~ZrHttpStreamBuffer() override;
   ZrHttpStreamBuffer(const ZrHttpStreamBuffer&) = delete;
   ZrHttpStreamBuffer& operator=(const ZrHttpStreamBuffer&) = delete;
@@ -112,13 +103,12 @@ class ZrHttpStreamBuffer : public std::streambuf {
   CURLcode m_theResult;
   long m_theStatus;
   unsigned long long m_theReceived;
-  unsigned long long m_theMaxBodySize;
-  long m_theStallTimeoutMs;
+  const ZrIfHttpStream::Limits m_theLimits;
   std::chrono::steady_clock::time_point m_theLastActivity;  // when a byte last arrived or the wait began
   char m_theErrorText[CURL_ERROR_SIZE];
 };
 
-ZrHttpStreamBuffer::ZrHttpStreamBuffer(std::istream& owner, const char* url)
+ZrHttpStreamBuffer::ZrHttpStreamBuffer(std::istream& owner, const char* url, const ZrIfHttpStream::Limits& limits)
     : m_theOwner(owner),
       m_theUrl(url ? url : ""),
       m_theEasy(nullptr),
@@ -131,8 +121,7 @@ ZrHttpStreamBuffer::ZrHttpStreamBuffer(std::istream& owner, const char* url)
       m_theResult(CURLE_OK),
       m_theStatus(0),
       m_theReceived(0),
-      m_theMaxBodySize(httpDefaults().maxBodySize),
-      m_theStallTimeoutMs(httpDefaults().stallTimeoutMs),
+      m_theLimits(limits),
       m_theLastActivity(std::chrono::steady_clock::now()) {
   m_theErrorText[0] = '\0';
   m_theWindow.reserve(theWindowHighWater + CURL_MAX_WRITE_SIZE);
@@ -145,7 +134,7 @@ void ZrHttpStreamBuffer::error(const char* what) {
 }
 
 void ZrHttpStreamBuffer::configure() {
-  const HttpDefaults& defaults = httpDefaults();
+  const ZrIfHttpStream::Limits& defaults = m_theLimits;
   curl_easy_setopt(m_theEasy, CURLOPT_URL, m_theUrl.c_str());
   // A reference taken from a document must not reach files or other services of this machine.
   curl_easy_setopt(m_theEasy, CURLOPT_PROTOCOLS_STR, "http,https");
@@ -170,7 +159,7 @@ bool ZrHttpStreamBuffer::open() {
   }
   initialiseCurlOnce();
   const std::string host = hostOf(m_theUrl);
-  if (!hostAllowed(host)) {
+  if (!hostAllowed(m_theLimits.allowedHosts, host)) {
     std::string what = "the host " + host + " is not among the allowed hosts.";
     error(what.c_str());
     return false;
@@ -204,7 +193,7 @@ bool ZrHttpStreamBuffer::reportFailure() {
   if (m_theReported) return false;
   m_theReported = true;
   if (m_theLimitExceeded) {
-    std::string what = "the body is larger than the limit of " + std::to_string(m_theMaxBodySize) + " bytes.";
+    std::string what = "the body is larger than the limit of " + std::to_string(m_theLimits.maxBodySize) + " bytes.";
     error(what.c_str());
   } else if (!m_theRefusal.empty()) {
     error(m_theRefusal.c_str());
@@ -225,17 +214,17 @@ void ZrHttpStreamBuffer::driveWhile(Condition keepGoing) {
     step();
     if (!keepGoing() || stalled()) break;
     // Wait for the socket, or for libcurl's own next time-out, which curl_multi_poll honours.
-    const long waitMs = m_theStallTimeoutMs > 0 ? std::min(m_theStallTimeoutMs, 1000L) : 1000L;
+    const long waitMs = m_theLimits.stallTimeoutMs > 0 ? std::min(m_theLimits.stallTimeoutMs, 1000L) : 1000L;
     curl_multi_poll(m_theMulti, nullptr, 0, static_cast<int>(waitMs), nullptr);
   }
 }
 
 bool ZrHttpStreamBuffer::stalled() {
-  if (m_theStallTimeoutMs <= 0) return false;
+  if (m_theLimits.stallTimeoutMs <= 0) return false;
   const auto silent = std::chrono::steady_clock::now() - m_theLastActivity;
-  if (silent < std::chrono::milliseconds(m_theStallTimeoutMs)) return false;
+  if (silent < std::chrono::milliseconds(m_theLimits.stallTimeoutMs)) return false;
   std::snprintf(m_theErrorText, sizeof(m_theErrorText), "no data received for %ld milliseconds; transfer abandoned.",
-                m_theStallTimeoutMs);
+                m_theLimits.stallTimeoutMs);
   m_theDone = true;
   m_theResult = CURLE_OPERATION_TIMEDOUT;
   return true;
@@ -292,7 +281,7 @@ size_t ZrHttpStreamBuffer::receiveBody(char* data, size_t size, size_t count, vo
     buffer.m_thePaused = true;
     return CURL_WRITEFUNC_PAUSE;  // libcurl keeps these bytes and offers them again on resume
   }
-  if (buffer.m_theMaxBodySize > 0 && buffer.m_theReceived + bytes > buffer.m_theMaxBodySize) {
+  if (buffer.m_theLimits.maxBodySize > 0 && buffer.m_theReceived + bytes > buffer.m_theLimits.maxBodySize) {
     buffer.m_theLimitExceeded = true;
     return 0;  // anything but the byte count aborts the transfer
   }
@@ -308,7 +297,7 @@ size_t ZrHttpStreamBuffer::receiveHeader(char* data, size_t size, size_t count, 
   ZrHttpStreamBuffer& buffer = *static_cast<ZrHttpStreamBuffer*>(self);
   const size_t bytes = size * count;
   buffer.m_theLastActivity = std::chrono::steady_clock::now();
-  if (bytes > 9 && !httpDefaults().allowedHosts.empty() && strncasecmp(data, "location:", 9) == 0) {
+  if (bytes > 9 && !buffer.m_theLimits.allowedHosts.empty() && strncasecmp(data, "location:", 9) == 0) {
     // A redirect is checked before libcurl follows it: refusing the header ends the transfer.
     std::string target(data + 9, bytes - 9);
     const std::size_t first = target.find_first_not_of(" \t"), last = target.find_last_not_of(" \t\r\n");
@@ -316,7 +305,7 @@ size_t ZrHttpStreamBuffer::receiveHeader(char* data, size_t size, size_t count, 
     char* current = nullptr;
     curl_easy_getinfo(buffer.m_theEasy, CURLINFO_EFFECTIVE_URL, &current);
     const std::string host = hostOf(current ? current : buffer.m_theUrl, target.c_str());
-    if (!hostAllowed(host)) {
+    if (!hostAllowed(buffer.m_theLimits.allowedHosts, host)) {
       buffer.m_theRefusal = "a redirect to the host " + host + ", which is not among the allowed hosts.";
       return 0;
     }
@@ -330,8 +319,10 @@ size_t ZrHttpStreamBuffer::receiveHeader(char* data, size_t size, size_t count, 
   return bytes;
 }
 
-ZrIfHttpStream::ZrIfHttpStream(const char* url, int /*openMode*/) : std::istream(nullptr) {
-  m_theBuffer.reset(new ZrHttpStreamBuffer(*this, url));
+ZrIfHttpStream::ZrIfHttpStream(const char* url, int openMode) : ZrIfHttpStream(url, openMode, httpDefaults()) {}
+
+ZrIfHttpStream::ZrIfHttpStream(const char* url, int /*openMode*/, const Limits& limits) : std::istream(nullptr) {
+  m_theBuffer.reset(new ZrHttpStreamBuffer(*this, url, limits));
   rdbuf(m_theBuffer.get());  // also clears the bad bit that the null buffer set
   if (!m_theBuffer->open()) setstate(std::ios::failbit);
 }
@@ -341,6 +332,14 @@ ZrIfHttpStream::~ZrIfHttpStream() = default;
 
 long ZrIfHttpStream::status() const { return m_theBuffer->status(); }
 
+bool ZrIfHttpStream::Limits::operator==(const Limits& other) const {
+  return connectTimeoutMs == other.connectTimeoutMs && timeoutMs == other.timeoutMs &&
+         stallTimeoutMs == other.stallTimeoutMs && maxBodySize == other.maxBodySize &&
+         maxRedirects == other.maxRedirects && allowedHosts == other.allowedHosts;
+}
+
+const ZrIfHttpStream::Limits& ZrIfHttpStream::defaultLimits() { return httpDefaults(); }
+void ZrIfHttpStream::setDefaultLimits(const Limits& limits) { httpDefaults() = limits; }
 long ZrIfHttpStream::defaultConnectTimeoutMs() { return httpDefaults().connectTimeoutMs; }
 void ZrIfHttpStream::setDefaultConnectTimeoutMs(long milliseconds) { httpDefaults().connectTimeoutMs = milliseconds; }
 long ZrIfHttpStream::defaultTimeoutMs() { return httpDefaults().timeoutMs; }

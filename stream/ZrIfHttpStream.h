@@ -8,8 +8,8 @@
 
 class ZrHttpStreamBuffer;
 
-// An input stream over an HTTP GET (http:// and https:// only; redirects are followed up to
-// defaultMaxRedirects()).
+// An input stream over an HTTP GET (http:// and https:// only; redirects are followed up to the
+// limit of its Limits).
 //
 // The constructor connects and waits until the response headers are complete (or the first body bytes
 // or the end of the transfer have come). The stream is then in a failed state (fail() is true) when
@@ -23,7 +23,32 @@ class ZrHttpStreamBuffer;
 // The open mode is accepted for the interface's sake; an HTTP stream is always an input stream.
 class ZrIfHttpStream : public std::istream {
  public:
+  // What one transfer may take. Times in milliseconds; 0 for a time or the body size means no limit.
+  struct Limits {
+    // Connect time-out (name resolution included).
+    long connectTimeoutMs = 10000;
+    // Time-out of the whole transfer: long enough for a large document over a slow line, and an end for
+    // a server that drips its body a byte at a time.
+    long timeoutMs = 600000;
+    // A transfer that delivers no byte at all for this long is abandoned. This is what catches a server
+    // that accepts the connection and then goes silent.
+    long stallTimeoutMs = 30000;
+    // An endless body ends here; memory stays bounded either way.
+    unsigned long long maxBodySize = 1ull << 30;
+    // Redirects followed; 0 follows none.
+    long maxRedirects = 5;
+    // The hosts documents may come from, compared without regard to case; empty for any. The host of the
+    // URL and of every redirect is checked: a refused one fails the stream with a message, so that
+    // documents cannot send an application to services of its own network.
+    std::vector<std::string> allowedHosts;
+
+    bool operator==(const Limits& other) const;
+    bool operator!=(const Limits& other) const { return !(*this == other); }
+  };
+
+  // A stream with the class-wide limits, and one with limits of its own (a reader passes its own).
   ZrIfHttpStream(const char* url, int openMode);
+  ZrIfHttpStream(const char* url, int openMode, const Limits& limits);
   ~ZrIfHttpStream() override;
   ZrIfHttpStream(const ZrIfHttpStream&) = delete;
   ZrIfHttpStream& operator=(const ZrIfHttpStream&) = delete;
@@ -31,28 +56,19 @@ class ZrIfHttpStream : public std::istream {
   // The final status of the response, 0 when no response came.
   long status() const;
 
-  // Class-wide defaults, read by every stream when it is constructed. Times in milliseconds.
-  // Connect time-out (name resolution included), default 10 000.
+  // Class-wide limits of streams made without limits of their own, and one forwarder per limit.
+  static const Limits& defaultLimits();
+  static void setDefaultLimits(const Limits& limits);
   static long defaultConnectTimeoutMs();
   static void setDefaultConnectTimeoutMs(long milliseconds);
-  // Time-out of the whole transfer, default 600 000 (ten minutes): long enough for a large document over
-  // a slow line, and an end for a server that drips its body a byte at a time. 0 for none.
   static long defaultTimeoutMs();
   static void setDefaultTimeoutMs(long milliseconds);
-  // A transfer that delivers no byte at all for this long is abandoned, default 30 000. This is what
-  // catches a server that accepts the connection and then goes silent.
   static long defaultStallTimeoutMs();
   static void setDefaultStallTimeoutMs(long milliseconds);
-  // Body size limit in bytes, default 1 GiB (an endless body ends there; memory stays bounded either
-  // way). 0 for no limit.
   static unsigned long long defaultMaxBodySize();
   static void setDefaultMaxBodySize(unsigned long long bytes);
-  // Redirects followed, default 5.
   static long defaultMaxRedirects();
   static void setDefaultMaxRedirects(long redirects);
-  // The hosts documents may come from, compared without regard to case; empty (the default) for any.
-  // The host of the URL and of every redirect is checked: a refused one fails the stream with a message,
-  // so that documents cannot send an application to services of its own network.
   static const std::vector<std::string>& defaultAllowedHosts();
   static void setDefaultAllowedHosts(const std::vector<std::string>& hosts);
 

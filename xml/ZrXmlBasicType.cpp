@@ -61,6 +61,19 @@ bool extractDouble(const std::string& text, double& number) {
 // strtod's result, through the shortcut for plain decimal text: arrays of reals are read value by value.
 bool parseText(const std::string& text, double& value) { return ZrSTRING2DOUBLE(text, value); }
 
+bool parseText(const std::string& text, float& value) {
+  std::istringstream& stream = extractionStream(text);
+  stream >> value;
+  if (stream.fail()) {
+    double special = 0.0;
+    if (!readSchemaSpecialReal(text, special)) return false;
+    value = static_cast<float>(special);
+    return true;
+  }
+  stream >> std::ws;
+  return stream.eof();
+}
+
 bool parseText(const std::string& text, int& value) {
   const char* first = text.c_str();
   const char* end = nullptr;

@@ -117,6 +117,9 @@ bool parseText(const std::string& text, ZrNonNegReal& value);
 
 // Each parser stores what the text form gives, however faulty the text, and says whether the whole
 // text, white space around it aside, was a value of the type.
+// Stream extraction, and where it fails the XML Schema spellings of lossless reals ("INF", "-INF", "NaN").
+bool parseText(const std::string& text, float& value);
+
 template <class T>
 bool parseText(const std::string& text, T& value) {
   std::istringstream& stream = extractionStream(text);
@@ -238,7 +241,7 @@ ZrBoolean ZrXmlBasicType<T>::write(ZrXmlWriter& writer) const {
   writer.type(typeid(T));
   if constexpr (std::is_same<T, std::string>::value) {
     writer.data(m_theValue);  // a string's text is the string itself: no formatting needed
-  } else if constexpr (std::is_same<T, double>::value) {
+  } else if constexpr (std::is_same<T, double>::value || std::is_same<T, float>::value) {
     writer.realData(m_theValue);  // the writer chooses between six digits and the lossless form
   } else if constexpr (std::is_same<T, ZrAngle>::value || std::is_same<T, ZrNonNegReal>::value) {
     writer.realData(m_theValue.value());

@@ -1,6 +1,7 @@
 #include "ZrXmlFileReader.h"
 
 #include <ZrPrint.h>
+#include <ZrXmlReader.h>
 #include <ZrXmlWellFormednessChecker.h>
 
 #include <algorithm>
@@ -368,28 +369,38 @@ std::size_t resolveReference(std::string_view name, char* out) {
 const ZrToken ZrXmlFileReader::m_theNullToken;
 const std::string ZrXmlFileReader::m_theNullString;
 const std::string ZrXmlFileReader::m_schemaInstanceNamespace = "http://www.w3.org/2001/XMLSchema-instance";
-std::size_t ZrXmlFileReader::m_theMaxTokenSize = std::size_t(1) << 30;
-bool ZrXmlFileReader::m_theDefaultExpandReferences = false;
-bool ZrXmlFileReader::m_theDefaultStrict = false;
-std::size_t ZrXmlFileReader::m_theDefaultMaxDepth = 100000;
+// The class defaults are the reader's: one value for the whole reading side.
+std::size_t ZrXmlFileReader::defaultMaxTokenSize() { return ZrXmlReader::defaultOptions().maxTokenSize(); }
 
-std::size_t ZrXmlFileReader::defaultMaxTokenSize() { return m_theMaxTokenSize; }
+void ZrXmlFileReader::setDefaultMaxTokenSize(std::size_t bytes) {
+  ZrXmlReader::setDefaultOptions(ZrXmlReadOptions(ZrXmlReader::defaultOptions()).setMaxTokenSize(bytes));
+}
 
-void ZrXmlFileReader::setDefaultMaxTokenSize(std::size_t bytes) { m_theMaxTokenSize = bytes; }
+bool ZrXmlFileReader::defaultExpandReferences() { return ZrXmlReader::defaultOptions().expandReferences(); }
 
-bool ZrXmlFileReader::defaultExpandReferences() { return m_theDefaultExpandReferences; }
+void ZrXmlFileReader::setDefaultExpandReferences(bool flag) {
+  ZrXmlReader::setDefaultOptions(ZrXmlReadOptions(ZrXmlReader::defaultOptions()).setExpandReferences(flag));
+}
 
-void ZrXmlFileReader::setDefaultExpandReferences(bool flag) { m_theDefaultExpandReferences = flag; }
+std::size_t ZrXmlFileReader::defaultMaxDepth() { return ZrXmlReader::defaultOptions().maxElementDepth(); }
 
-std::size_t ZrXmlFileReader::defaultMaxDepth() { return m_theDefaultMaxDepth; }
+void ZrXmlFileReader::setDefaultMaxDepth(std::size_t levels) {
+  ZrXmlReader::setDefaultOptions(ZrXmlReadOptions(ZrXmlReader::defaultOptions()).setMaxElementDepth(levels));
+}
 
-void ZrXmlFileReader::setDefaultMaxDepth(std::size_t levels) { m_theDefaultMaxDepth = levels; }
+bool ZrXmlFileReader::defaultStrict() { return ZrXmlReader::defaultOptions().strict(); }
 
-bool ZrXmlFileReader::defaultStrict() { return m_theDefaultStrict; }
+void ZrXmlFileReader::setDefaultStrict(bool flag) {
+  ZrXmlReader::setDefaultOptions(ZrXmlReadOptions(ZrXmlReader::defaultOptions()).setStrict(flag));
+}
 
-void ZrXmlFileReader::setDefaultStrict(bool flag) { m_theDefaultStrict = flag; }
+void ZrXmlFileReader::setOptions(const ZrXmlReadOptions& options) {
+  m_theOptions = options;
+  setStrict(options.strict());
+}
 
 void ZrXmlFileReader::setStrict(bool flag) {
+  m_theOptions.setStrict(flag);
   if (!flag) m_theChecker.reset();
   else if (!m_theChecker) m_theChecker = std::make_unique<ZrXmlWellFormednessChecker>(*this);
 }
@@ -420,13 +431,11 @@ ZrXmlFileReader::ZrXmlFileReader(const std::string& filename, std::istream* stre
       m_theFastInTag(false),
       m_theFastSelfClosed(false),
       m_theFastBaseDepth(0),
-      m_theExpandReferences(m_theDefaultExpandReferences),
-      m_theMaxDepth(m_theDefaultMaxDepth),
       m_theStartRead(false),
       m_theUnsupportedEncoding(false),
       m_theMarkupSeen(false) {
   m_theReadBuffer.reserve(theBlockSize);
-  setStrict(m_theDefaultStrict);
+  setOptions(ZrXmlReader::defaultOptions());
 }
 
 ZrXmlFileReader::ZrXmlFileReader(const ZrXmlFileReader& other) : m_theBlock(new char[theBlockSize]) {
@@ -466,8 +475,7 @@ void ZrXmlFileReader::copyFrom(const ZrXmlFileReader& other) {
   m_theFastBaseDepth = other.m_theFastBaseDepth;
   m_theFastElement = other.m_theFastElement;
   m_theFastName = other.m_theFastName;
-  m_theExpandReferences = other.m_theExpandReferences;
-  m_theMaxDepth = other.m_theMaxDepth;
+  m_theOptions = other.m_theOptions;
   m_theMaxBytes = other.m_theMaxBytes;
   m_theBytesRead = other.m_theBytesRead;
   m_theNulReports = other.m_theNulReports;
@@ -722,8 +730,8 @@ void ZrXmlFileReader::warnFormatted(const char* format, ...) const {
 // Past the depth limit the document is not read further: the rest of its nesting is unknown, and
 // skipping it would mean reading it.
 bool ZrXmlFileReader::mayOpenElement() {
-  if (m_theElementStack.size() < m_theMaxDepth) return true;
-  warnFormatted("file not well formed.\n\tElements nested deeper than %zu levels; reading stops.", m_theMaxDepth);
+  if (m_theElementStack.size() < m_theOptions.maxElementDepth()) return true;
+  warnFormatted("file not well formed.\n\tElements nested deeper than %zu levels; reading stops.", m_theOptions.maxElementDepth());
   stopReading();
   return false;
 }
@@ -752,9 +760,9 @@ bool ZrXmlFileReader::readBlock() {
       m_theReadBuffer.reserve(theBlockSize);
     }
   }
-  if (m_theReadBuffer.size() > m_theMaxTokenSize) {
+  if (m_theReadBuffer.size() > m_theOptions.maxTokenSize()) {
     warnFormatted("file not well formed.\n\tA tag, comment or text longer than %zu bytes was found; reading stops.",
-                  m_theMaxTokenSize);
+                  m_theOptions.maxTokenSize());
     m_theStreamExhausted = true;
     return false;
   }

@@ -3,6 +3,7 @@
 
 #include <ZrToken.h>
 #include <ZrTypes.h>
+#include <ZrXmlReadOptions.h>
 #include <ZrXmlSpareStack.h>
 
 #include <boost/scoped_array.hpp>
@@ -172,8 +173,8 @@ class ZrXmlFileReader {
   // expanded; code points up to 255 become one byte, higher ones UTF-8. A reference that is unknown, names
   // no XML character, lacks its ';', or a '&' followed by no name is reported in the tokenizer's frame
   // and kept as literal text. Pairs with ZrXmlWriter::setEscapeMarkup.
-  bool expandReferences() const { return m_theExpandReferences; }
-  void setExpandReferences(bool flag) { m_theExpandReferences = flag; }
+  bool expandReferences() const { return m_theOptions.expandReferences(); }
+  void setExpandReferences(bool flag) { m_theOptions.setExpandReferences(flag); }
   static bool defaultExpandReferences();
   static void setDefaultExpandReferences(bool flag);
 
@@ -186,6 +187,12 @@ class ZrXmlFileReader {
   // for every document well-formed in both. The fast path is not checked. Set it before reading.
   bool strict() const { return m_theChecker != nullptr; }
   void setStrict(bool flag);
+
+  // All reading settings at once (ZrXmlReadOptions lists them); a new file reader starts from the
+  // reader's class default, ZrXmlReader::defaultOptions(), and the reader hands each document its own.
+  // The class-wide accessors here forward to that default.
+  const ZrXmlReadOptions& options() const { return m_theOptions; }
+  void setOptions(const ZrXmlReadOptions& options);
   static bool defaultStrict();
   static void setDefaultStrict(bool flag);
 
@@ -193,8 +200,8 @@ class ZrXmlFileReader {
   // tokenizer's frame and reading stops there, so that a document's nesting alone (an endless
   // "<a><a>...") cannot grow the open-element stack without bound. Default 100,000 levels, well above
   // any real document.
-  std::size_t maxDepth() const { return m_theMaxDepth; }
-  void setMaxDepth(std::size_t levels) { m_theMaxDepth = levels; }
+  std::size_t maxDepth() const { return m_theOptions.maxElementDepth(); }
+  void setMaxDepth(std::size_t levels) { m_theOptions.setMaxElementDepth(levels); }
   static std::size_t defaultMaxDepth();
   static void setDefaultMaxDepth(std::size_t levels);
 
@@ -209,6 +216,8 @@ class ZrXmlFileReader {
   static const unsigned m_theMaxNulReports = 100;
 
   // The longest single tag, comment or text run that is read before reading stops with a report.
+  std::size_t maxTokenSize() const { return m_theOptions.maxTokenSize(); }
+  void setMaxTokenSize(std::size_t bytes) { m_theOptions.setMaxTokenSize(bytes); }
   static std::size_t defaultMaxTokenSize();
   static void setDefaultMaxTokenSize(std::size_t bytes);
 
@@ -256,7 +265,7 @@ class ZrXmlFileReader {
   void readUntil(unsigned char charClass, std::string& out);
 
   void expandReferencesIn(std::string& text) const;
-  bool expanding() const { return m_theExpandReferences || m_theChecker; }
+  bool expanding() const { return m_theOptions.expandReferences() || m_theChecker; }
   bool mayOpenElement();
   void stopReading();
 
@@ -340,8 +349,7 @@ class ZrXmlFileReader {
   std::size_t m_theFastBaseDepth;  // stack depth when the fast path began; it closes only deeper elements
   ZrToken m_theFastElement;     // name of the start tag the fast path entered last
   std::string m_theFastName;    // attribute name being read by the fast path
-  bool m_theExpandReferences;
-  std::size_t m_theMaxDepth;
+  ZrXmlReadOptions m_theOptions;  // what this reader reads by; set through setOptions and the setters
   std::uint64_t m_theMaxBytes = 0;
   std::uint64_t m_theBytesRead = 0;
   unsigned m_theNulReports = 0;
@@ -352,10 +360,6 @@ class ZrXmlFileReader {
   std::string m_theScratch;       // passed-over text whose references strict mode checks
   bool m_theTagSuspect = true;    // the tag read last may hold '<' or a control character
 
-  static std::size_t m_theMaxTokenSize;
-  static bool m_theDefaultExpandReferences;
-  static bool m_theDefaultStrict;
-  static std::size_t m_theDefaultMaxDepth;
 };
 
 #endif

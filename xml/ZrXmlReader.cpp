@@ -43,15 +43,20 @@ unsigned short majorVersion(const std::string& version) {
 
 }  // namespace
 
-bool ZrXmlReader::m_theDefaultHttpIncludesAllowed = true;
-ZrU32 ZrXmlReader::m_theDefaultMaxIncludedDocuments = 10000;
-std::uint64_t ZrXmlReader::m_theDefaultMaxIncludedBytes = std::uint64_t(4) << 30;
+// Built on first use, so that readers made during static initialisation elsewhere see it.
+static ZrXmlReadOptions& readerClassDefaults() {
+  static ZrXmlReadOptions theDefaults;
+  return theDefaults;
+}
+
+const ZrXmlReadOptions& ZrXmlReader::defaultOptions() { return readerClassDefaults(); }
+void ZrXmlReader::setDefaultOptions(const ZrXmlReadOptions& options) { readerClassDefaults() = options; }
+void ZrXmlReader::setDefaultMaxIncludedDocuments(ZrU32 count) { readerClassDefaults().setMaxIncludedDocuments(count); }
+void ZrXmlReader::setDefaultMaxIncludedBytes(std::uint64_t bytes) { readerClassDefaults().setMaxIncludedBytes(bytes); }
+void ZrXmlReader::setDefaultHttpIncludesAllowed(bool allowed) { readerClassDefaults().setHttpIncludesAllowed(allowed); }
 
 ZrXmlReader::ZrXmlReader()
-    : m_theVersionCheckPending(true),
-      m_theVersionFlag(true),
-      m_theMaxIncludeDepth(m_theDefaultMaxIncludeDepth),
-      m_theHttpIncludesAllowed(m_theDefaultHttpIncludesAllowed) {}
+    : m_theVersionCheckPending(true), m_theVersionFlag(true), m_theOptions(defaultOptions()) {}
 
 ZrXmlReader::ZrXmlReader(const std::string& filename, std::istream& stream) : ZrXmlReader() {
   becomeReadingReader();  // the file reader may report a fault as it is built
@@ -66,14 +71,14 @@ ZrXmlReader::ZrXmlReader(const ZrXmlReader& other) = default;
 ZrXmlReader& ZrXmlReader::operator=(const ZrXmlReader& other) = default;
 
 ZrBoolean ZrXmlReader::enterObject() {
-  if (m_theObjectDepth < m_theMaxObjectDepth) {
+  if (m_theObjectDepth < m_theOptions.maxObjectDepth()) {
     ++m_theObjectDepth;
     return true;
   }
   Zr::Print::instance().write(Zr::PrintError,
                               "ZrXmlReader Error: objects nested deeper than %u levels; element %s skipped.\n\tFile: "
                               "%s\n\tLine: %d\n",
-                              m_theMaxObjectDepth, element().c_str(), filename().c_str(), lineCountOfFile());
+                              m_theOptions.maxObjectDepth(), element().c_str(), filename().c_str(), lineCountOfFile());
   nextMatchingEndTag();
   return false;
 }
@@ -85,19 +90,18 @@ ZrXmlReader::~ZrXmlReader() {
   forgetTop();
 }
 
-void ZrXmlReader::setExpandReferences(bool flag) {
-  m_theExpandReferences = flag;
+void ZrXmlReader::setOptions(const ZrXmlReadOptions& options) {
+  m_theOptions = options;
   for (OpenDocument& document : m_theFileReaders) applyReadingOptions(document.reader);
 }
 
-void ZrXmlReader::setStrict(bool flag) {
-  m_theStrict = flag;
-  for (OpenDocument& document : m_theFileReaders) applyReadingOptions(document.reader);
-}
+void ZrXmlReader::setExpandReferences(bool flag) { setOptions(ZrXmlReadOptions(m_theOptions).setExpandReferences(flag)); }
 
+void ZrXmlReader::setStrict(bool flag) { setOptions(ZrXmlReadOptions(m_theOptions).setStrict(flag)); }
+
+// A document's byte budget is its own (the included bytes left); everything else is the reader's.
 void ZrXmlReader::applyReadingOptions(ZrXmlFileReader& reader) const {
-  reader.setExpandReferences(m_theExpandReferences);
-  reader.setStrict(m_theStrict);
+  if (reader.options() != m_theOptions) reader.setOptions(m_theOptions);
 }
 
 void ZrXmlReader::open(const std::string& filename, std::istream& stream) {
@@ -335,22 +339,22 @@ void ZrXmlReader::followInclude(int currentMode) {
 
 // Checks the limits of this reader, each refusal reported in the including document's position.
 bool ZrXmlReader::mayOpenInclude(const std::string& host, const std::string& fullName) {
-  if (!host.empty() && !m_theHttpIncludesAllowed) {
+  if (!host.empty() && !m_theOptions.httpIncludesAllowed()) {
     includeError("HTTP includes are switched off; include skipped", fullName);
     return false;
   }
-  if (m_theIncludedDocuments >= m_theMaxIncludedDocuments) {
-    std::string what = "more than " + std::to_string(m_theMaxIncludedDocuments) + " documents included; include skipped";
+  if (m_theIncludedDocuments >= m_theOptions.maxIncludedDocuments()) {
+    std::string what = "more than " + std::to_string(m_theOptions.maxIncludedDocuments()) + " documents included; include skipped";
     includeError(what.c_str(), fullName);
     return false;
   }
-  if (includedBytes() >= m_theMaxIncludedBytes) {
-    std::string what = "included documents reached " + std::to_string(m_theMaxIncludedBytes) + " bytes; include skipped";
+  if (includedBytes() >= m_theOptions.maxIncludedBytes()) {
+    std::string what = "included documents reached " + std::to_string(m_theOptions.maxIncludedBytes()) + " bytes; include skipped";
     includeError(what.c_str(), fullName);
     return false;
   }
-  if (m_theFileReaders.size() - 1 >= m_theMaxIncludeDepth) {
-    std::string what = "include nested deeper than " + std::to_string(m_theMaxIncludeDepth) + " documents; skipped";
+  if (m_theFileReaders.size() - 1 >= m_theOptions.maxIncludeDepth()) {
+    std::string what = "include nested deeper than " + std::to_string(m_theOptions.maxIncludeDepth()) + " documents; skipped";
     includeError(what.c_str(), fullName);
     return false;
   }
@@ -378,7 +382,7 @@ void ZrXmlReader::pushInclude(const std::string& host, const std::string& fullNa
     }
     if (!directory) stream = std::make_shared<std::ifstream>(fullName, std::ios::in);
   } else {
-    stream = std::make_shared<ZrIfHttpStream>(fullName.c_str(), std::ios::in);
+    stream = std::make_shared<ZrIfHttpStream>(fullName.c_str(), std::ios::in, m_theOptions.httpLimits());
   }
   if (!stream || stream->fail()) {
     // The stream that failed is released with the last reference to it, here.
@@ -386,7 +390,7 @@ void ZrXmlReader::pushInclude(const std::string& host, const std::string& fullNa
     return;
   }
   std::istream& in = *stream;
-  const std::uint64_t bytesLeft = m_theMaxIncludedBytes - includedBytes();
+  const std::uint64_t bytesLeft = m_theOptions.maxIncludedBytes() - includedBytes();
   m_theFileReaders.emplace_back(fullName, in, std::move(stream));
   forgetTop();
   applyReadingOptions(*top());

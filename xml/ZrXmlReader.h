@@ -4,6 +4,7 @@
 #include <ZrToken.h>
 #include <ZrTypes.h>
 #include <ZrXmlFileReader.h>
+#include <ZrXmlReadOptions.h>
 
 #include <cstdint>
 #include <deque>
@@ -95,48 +96,56 @@ class ZrXmlReader {
   virtual ZrBoolean checkVersion();
   virtual ZrBaseXmlFactory* newFactory() const;
 
+  // All reading settings at once (ZrXmlReadOptions lists them with their values and names the two
+  // profiles). The reader hands them to every document it reads, included ones too, and to the HTTP
+  // streams it opens. New readers start from the class default; set it before readers are made on other
+  // threads. A copy of the reader copies them. The setters below forward to the value.
+  const ZrXmlReadOptions& options() const { return m_theOptions; }
+  void setOptions(const ZrXmlReadOptions& options);
+  static const ZrXmlReadOptions& defaultOptions();
+  static void setDefaultOptions(const ZrXmlReadOptions& options);
+
   // Safety limits for documents that include others. An include that would open more nested included
   // documents than the depth limit, or a document that is already open on the stack (a document that
   // includes itself, directly or through others), is reported and skipped. With HTTP includes switched
   // off, an include that resolves to an HTTP reference is reported and skipped.
-  void setMaxIncludeDepth(ZrU32 depth) { m_theMaxIncludeDepth = depth; }
-  ZrU32 maxIncludeDepth() const { return m_theMaxIncludeDepth; }
+  void setMaxIncludeDepth(ZrU32 depth) { m_theOptions.setMaxIncludeDepth(depth); }
+  ZrU32 maxIncludeDepth() const { return m_theOptions.maxIncludeDepth(); }
   // The budget of one reader's includes, counted from open(): at most this many included documents
   // (default 10,000) and this many bytes read through them (default 4 GiB). An include past either is
   // reported and skipped, and an included document that runs past the bytes left is cut there with a
   // report, so that documents including each other many times over cannot keep a reader busy for ever.
   // Only regular files and HTTP documents are included: anything else (a device, a FIFO, a directory) is
   // refused without being opened.
-  void setMaxIncludedDocuments(ZrU32 count) { m_theMaxIncludedDocuments = count; }
-  ZrU32 maxIncludedDocuments() const { return m_theMaxIncludedDocuments; }
-  void setMaxIncludedBytes(std::uint64_t bytes) { m_theMaxIncludedBytes = bytes; }
-  std::uint64_t maxIncludedBytes() const { return m_theMaxIncludedBytes; }
-  static ZrU32 defaultMaxIncludedDocuments() { return m_theDefaultMaxIncludedDocuments; }
-  static void setDefaultMaxIncludedDocuments(ZrU32 count) { m_theDefaultMaxIncludedDocuments = count; }
-  static std::uint64_t defaultMaxIncludedBytes() { return m_theDefaultMaxIncludedBytes; }
-  static void setDefaultMaxIncludedBytes(std::uint64_t bytes) { m_theDefaultMaxIncludedBytes = bytes; }
+  void setMaxIncludedDocuments(ZrU32 count) { m_theOptions.setMaxIncludedDocuments(count); }
+  ZrU32 maxIncludedDocuments() const { return m_theOptions.maxIncludedDocuments(); }
+  void setMaxIncludedBytes(std::uint64_t bytes) { m_theOptions.setMaxIncludedBytes(bytes); }
+  std::uint64_t maxIncludedBytes() const { return m_theOptions.maxIncludedBytes(); }
+  static ZrU32 defaultMaxIncludedDocuments() { return defaultOptions().maxIncludedDocuments(); }
+  static void setDefaultMaxIncludedDocuments(ZrU32 count);
+  static std::uint64_t defaultMaxIncludedBytes() { return defaultOptions().maxIncludedBytes(); }
+  static void setDefaultMaxIncludedBytes(std::uint64_t bytes);
   ZrU32 includedDocuments() const { return m_theIncludedDocuments; }
-  void setHttpIncludesAllowed(bool allowed) { m_theHttpIncludesAllowed = allowed; }
-  bool httpIncludesAllowed() const { return m_theHttpIncludesAllowed; }
-  // What new readers start with; a program that must never reach the network (a fuzzer, a sandboxed
-  // tool) switches HTTP includes off here once, before any reader is made.
-  static bool defaultHttpIncludesAllowed() { return m_theDefaultHttpIncludesAllowed; }
-  static void setDefaultHttpIncludesAllowed(bool allowed) { m_theDefaultHttpIncludesAllowed = allowed; }
+  void setHttpIncludesAllowed(bool allowed) { m_theOptions.setHttpIncludesAllowed(allowed); }
+  bool httpIncludesAllowed() const { return m_theOptions.httpIncludesAllowed(); }
+  // A program that must never reach the network (a fuzzer, a sandboxed tool) switches HTTP includes off
+  // here once, before any reader is made.
+  static bool defaultHttpIncludesAllowed() { return defaultOptions().httpIncludesAllowed(); }
+  static void setDefaultHttpIncludesAllowed(bool allowed);
   ZrU32 depth() const { return static_cast<ZrU32>(m_theFileReaders.size()); }
 
   // Reference expansion and strict mode in every document this reader reads, included ones too (see
-  // ZrXmlFileReader::setExpandReferences and setStrict); a new reader takes the file reader's class
-  // defaults. Set them before reading.
+  // ZrXmlFileReader::setExpandReferences and setStrict). Set them before reading.
   void setExpandReferences(bool flag);
-  bool expandReferences() const { return m_theExpandReferences; }
+  bool expandReferences() const { return m_theOptions.expandReferences(); }
   void setStrict(bool flag);
-  bool strict() const { return m_theStrict; }
+  bool strict() const { return m_theOptions.strict(); }
 
   // Nesting of objects being read. A compound calls enterObject() before reading its children and,
   // when it returned true, leaveObject() after them; when it returned false the limit was reached, the
   // element has been reported and skipped to its end tag, and the compound reads nothing more.
-  void setMaxObjectDepth(ZrU32 depth) { m_theMaxObjectDepth = depth; }
-  ZrU32 maxObjectDepth() const { return m_theMaxObjectDepth; }
+  void setMaxObjectDepth(ZrU32 depth) { m_theOptions.setMaxObjectDepth(depth); }
+  ZrU32 maxObjectDepth() const { return m_theOptions.maxObjectDepth(); }
   ZrBoolean enterObject();
   void leaveObject() {
     if (m_theObjectDepth > 0) --m_theObjectDepth;
@@ -227,26 +236,16 @@ class ZrXmlReader {
   // Copies share the factory: the last reader holding it deletes it, so no copy ever deletes a factory
   // another still uses. setFactoryPointer on one copy replaces the factory of that copy only.
   std::shared_ptr<ZrBaseXmlFactory> m_theFactory;
-  ZrU32 m_theMaxIncludeDepth;
-  bool m_theHttpIncludesAllowed;
+  ZrXmlReadOptions m_theOptions;
   void applyReadingOptions(ZrXmlFileReader& reader) const;
 
-  bool m_theExpandReferences = ZrXmlFileReader::defaultExpandReferences();
-  bool m_theStrict = ZrXmlFileReader::defaultStrict();
   ZrU32 m_theObjectDepth = 0;
-  ZrU32 m_theMaxObjectDepth = m_theDefaultMaxObjectDepth;
   std::deque<ZrToken> m_theNameSlots;  // two per object depth; a deque keeps each where it is
   ZrU32 m_theFaultCount = 0;
   std::string m_theLastFault;
 
-  static bool m_theDefaultHttpIncludesAllowed;
-  static ZrU32 m_theDefaultMaxIncludedDocuments;
-  static std::uint64_t m_theDefaultMaxIncludedBytes;
-
   std::uint64_t includedBytes() const;
 
-  ZrU32 m_theMaxIncludedDocuments = m_theDefaultMaxIncludedDocuments;
-  std::uint64_t m_theMaxIncludedBytes = m_theDefaultMaxIncludedBytes;
   ZrU32 m_theIncludedDocuments = 0;       // opened since open()
   std::uint64_t m_theClosedIncludeBytes = 0;  // read from included documents already closed
 };

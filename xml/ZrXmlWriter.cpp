@@ -7,17 +7,9 @@
 #include <charconv>
 #include <cstring>
 
-#ifndef ZR_STYLESHEET_URL
-#define ZR_STYLESHEET_URL ""
-#endif
-#ifndef ZR_SCHEMA_URL
-#define ZR_SCHEMA_URL ""
-#endif
-
 namespace {
 
 const char* const theSchemaInstanceUri = "http://www.w3.org/2001/XMLSchema-instance";
-const char* const theXmlDeclaration = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>";
 const char* const theSchemaInstancePrefix = "xsi";
 
 // Content longer than this goes on a line of its own between the tags.
@@ -58,24 +50,6 @@ bool isUsablePrefix(const std::string& text) {
   for (char c : text)
     if (!isNameByte(static_cast<unsigned char>(c))) return false;
   if (text.size() >= 3 && (text[0] | 0x20) == 'x' && (text[1] | 0x20) == 'm' && (text[2] | 0x20) == 'l') return false;
-  return true;
-}
-
-// Sets the five language-dependent texts; returns false, changing nothing, for an unknown language.
-bool applyLanguage(int language, std::string& indent, std::string& header, std::string& styleSheet,
-                   std::string& schemaInstance, std::string& schemaLocation) {
-  if (language != ZrXmlWriter::PLAIN_XML && language != ZrXmlWriter::TOOLKIT_MARKUP) return false;
-  indent = "  ";
-  header = theXmlDeclaration;
-  if (language == ZrXmlWriter::PLAIN_XML) {
-    styleSheet.clear();
-    schemaInstance.clear();
-    schemaLocation.clear();
-    return true;
-  }
-  styleSheet = std::string("<?xml-stylesheet type=\"text/xsl\" href=\"") + ZR_STYLESHEET_URL + "\"?>";
-  schemaInstance = std::string("xmlns:xsi=\"") + theSchemaInstanceUri + "\"";
-  schemaLocation = ZR_SCHEMA_URL;
   return true;
 }
 
@@ -132,26 +106,6 @@ void forEachEscapedPiece(const char* text, std::size_t size, Out&& out) {
 
 }  // namespace
 
-struct ZrXmlWriter::ClassDefaults {
-  std::string m_theIndent = " ";
-  std::string m_theHeader = theXmlDeclaration;
-  std::string m_theStyleSheetLocation;
-  std::string m_theSchemaInstance;
-  std::string m_theSchemaLocation;
-  bool m_theWriteSchema = false;
-  bool m_thePortableSchemaFileNames = false;
-  bool m_theWriteDefaultDataFlag = true;
-  bool m_theNamespaceComplete = false;
-  bool m_theLosslessReals = false;
-  bool m_theEscapeMarkup = false;
-};
-
-// Built on first use, so that writers constructed during static initialisation elsewhere see them.
-ZrXmlWriter::ClassDefaults& ZrXmlWriter::classDefaults() {
-  static ClassDefaults theDefaults;
-  return theDefaults;
-}
-
 ZrXmlWriter::ElementStruct::ElementStruct() = default;
 ZrXmlWriter::ElementStruct::ElementStruct(const ElementStruct& other) = default;
 ZrXmlWriter::ElementStruct& ZrXmlWriter::ElementStruct::operator=(const ElementStruct& other) = default;
@@ -162,17 +116,9 @@ ZrXmlWriter::ZrXmlWriter()
       m_theMode(0),
       m_theDepth(0),
       m_theContentCount(0),
-      m_theNumOfContentColumns(theDefaultContentColumns),
-      m_theWriteDefaultDataFlag(classDefaults().m_theWriteDefaultDataFlag),
-      m_theIndentString(classDefaults().m_theIndent),
-      m_theHeaderLine(classDefaults().m_theHeader),
-      m_theStyleSheetLine(classDefaults().m_theStyleSheetLocation),
-      m_theSchemaInstanceText(classDefaults().m_theSchemaInstance),
-      m_theSchemaLocationText(classDefaults().m_theSchemaLocation),
-      m_theSchemaWriterFlag(classDefaults().m_theWriteSchema),
-      m_theNamespaceCompleteFlag(classDefaults().m_theNamespaceComplete),
-      m_theLosslessRealsFlag(classDefaults().m_theLosslessReals),
-      m_theEscapeMarkupFlag(classDefaults().m_theEscapeMarkup) {}
+      m_theNumOfContentColumns(theDefaultContentColumns) {
+  setOptions(defaultOptions());
+}
 
 ZrXmlWriter::ZrXmlWriter(const std::string& filename, std::ostream& output) : ZrXmlWriter() {
   m_theOutput = &output;
@@ -189,20 +135,11 @@ ZrXmlWriter::ZrXmlWriter(const ZrXmlWriter& other)
       m_theContentBuffer(other.m_theContentBuffer),
       m_theContentCount(other.m_theContentCount),
       m_theNumOfContentColumns(other.m_theNumOfContentColumns),
-      m_theWriteDefaultDataFlag(other.m_theWriteDefaultDataFlag),
-      m_theIndentString(other.m_theIndentString),
-      m_theHeaderLine(other.m_theHeaderLine),
-      m_theStyleSheetLine(other.m_theStyleSheetLine),
-      m_theSchemaInstanceText(other.m_theSchemaInstanceText),
-      m_theSchemaLocationText(other.m_theSchemaLocationText),
+      m_theOptions(other.m_theOptions),
       m_theSchema(other.m_theSchema),
-      m_theSchemaWriterFlag(other.m_theSchemaWriterFlag),
       m_theTypeName(other.m_theTypeName),
       m_theLastTypeInfo(other.m_theLastTypeInfo),
-      m_theNamedTypeInfo(other.m_theNamedTypeInfo),
-      m_theNamespaceCompleteFlag(other.m_theNamespaceCompleteFlag),
-      m_theLosslessRealsFlag(other.m_theLosslessRealsFlag),
-      m_theEscapeMarkupFlag(other.m_theEscapeMarkupFlag) {
+      m_theNamedTypeInfo(other.m_theNamedTypeInfo) {
   m_theValueStream.copyfmt(other.m_theValueStream);
   m_theValueStream.str(other.m_theValueStream.str());
 }
@@ -221,20 +158,11 @@ ZrXmlWriter& ZrXmlWriter::operator=(const ZrXmlWriter& other) {
   m_theContentBuffer = other.m_theContentBuffer;
   m_theContentCount = other.m_theContentCount;
   m_theNumOfContentColumns = other.m_theNumOfContentColumns;
-  m_theWriteDefaultDataFlag = other.m_theWriteDefaultDataFlag;
-  m_theIndentString = other.m_theIndentString;
-  m_theHeaderLine = other.m_theHeaderLine;
-  m_theStyleSheetLine = other.m_theStyleSheetLine;
-  m_theSchemaInstanceText = other.m_theSchemaInstanceText;
-  m_theSchemaLocationText = other.m_theSchemaLocationText;
+  m_theOptions = other.m_theOptions;
   m_theSchema = other.m_theSchema;
-  m_theSchemaWriterFlag = other.m_theSchemaWriterFlag;
   m_theTypeName = other.m_theTypeName;
   m_theLastTypeInfo = other.m_theLastTypeInfo;
   m_theNamedTypeInfo = other.m_theNamedTypeInfo;
-  m_theNamespaceCompleteFlag = other.m_theNamespaceCompleteFlag;
-  m_theLosslessRealsFlag = other.m_theLosslessRealsFlag;
-  m_theEscapeMarkupFlag = other.m_theEscapeMarkupFlag;
   return *this;
 }
 
@@ -274,7 +202,7 @@ void ZrXmlWriter::flushOutput() {
 }
 
 void ZrXmlWriter::tab(unsigned count) {
-  for (unsigned i = 0; i < count; ++i) put(m_theIndentString);
+  for (unsigned i = 0; i < count; ++i) put(m_theOptions.indent());
 }
 
 // ---- namespaces ----
@@ -283,7 +211,7 @@ void ZrXmlWriter::tab(unsigned count) {
 // did. In the toolkit's form any such declaration serves; a namespace-complete document also needs it
 // to be still in force.
 const std::string* ZrXmlWriter::declaredPrefix(const std::string& xmlNamespace) const {
-  if (m_theNamespaceCompleteFlag) return prefixInForce(xmlNamespace);
+  if (m_theOptions.namespaceComplete()) return prefixInForce(xmlNamespace);
   for (size_t level = m_theDepth; level-- > 0;) {
     const auto& declarations = m_theElementStack[level].namespaces;
     auto found = declarations.find(xmlNamespace);
@@ -313,7 +241,7 @@ bool ZrXmlWriter::prefixReboundBelow(const std::string& prefix, size_t level) co
 // The prefix with which the element about to be pushed declares xmlNamespace.
 std::string ZrXmlWriter::declarationPrefix(const std::string& xmlNamespace) const {
   std::string prefix = afterLastSlash(xmlNamespace);
-  if (prefix.empty() || !m_theNamespaceCompleteFlag) return prefix;  // empty: a default-namespace declaration
+  if (prefix.empty() || !m_theOptions.namespaceComplete()) return prefix;  // empty: a default-namespace declaration
   bool usable = isUsablePrefix(prefix) && (prefix != theSchemaInstancePrefix || xmlNamespace == theSchemaInstanceUri);
   return usable ? prefix : "ns" + std::to_string(m_theDepth + 1);
 }
@@ -353,7 +281,7 @@ void ZrXmlWriter::startContent() {
 
 void ZrXmlWriter::writeStartTag(const ZrToken& token) {
   openElement(token.namespaceText(), token.tokenText());
-  if (m_theSchemaWriterFlag) m_theSchema.writeStartTag(token, ZrXmlSchemaElementType::XML_STARTTAG_OPTION);
+  if (m_theOptions.schemaWriter()) m_theSchema.writeStartTag(token, ZrXmlSchemaElementType::XML_STARTTAG_OPTION);
   flushOutput();
 }
 
@@ -363,7 +291,7 @@ void ZrXmlWriter::writeStartTag(const ZrToken& token) {
 // child: containers write one such child per element.
 void ZrXmlWriter::writeStartTagUsingParentNamespace(const ZrToken& token) {
   openElement(m_theDepth == 0 ? token.namespaceText() : innermost().element.namespaceText(), token.tokenText());
-  if (m_theSchemaWriterFlag)
+  if (m_theOptions.schemaWriter())
     m_theSchema.writeStartTagUsingParentNamespace(token, ZrXmlSchemaElementType::XML_STARTTAG_OPTION);
   flushOutput();
 }
@@ -378,8 +306,8 @@ void ZrXmlWriter::openElement(const std::string& xmlNamespace, const std::string
                                 localName.c_str(), m_theFilename.c_str());
   } else if (m_theDepth == 0) {
     m_theCurrentNamespace = xmlNamespace;
-    declare = m_theNamespaceCompleteFlag;  // the document's default namespace, declared here
-  } else if (!m_theNamespaceCompleteFlag && xmlNamespace == m_theCurrentNamespace) {
+    declare = m_theOptions.namespaceComplete();  // the document's default namespace, declared here
+  } else if (!m_theOptions.namespaceComplete() && xmlNamespace == m_theCurrentNamespace) {
     // the current namespace is written unprefixed and undeclared
   } else if ((knownPrefix = declaredPrefix(xmlNamespace)) == nullptr) {
     newPrefix = declarationPrefix(xmlNamespace);
@@ -435,7 +363,7 @@ void ZrXmlWriter::setAttributeName(const ZrToken& token) {
   put(token.tokenText());
   put("=");
   m_theMode = 2;
-  if (m_theSchemaWriterFlag) m_theSchema.setAttributeName(token);
+  if (m_theOptions.schemaWriter()) m_theSchema.setAttributeName(token);
   flushOutput();
 }
 
@@ -446,7 +374,7 @@ void ZrXmlWriter::attributeValue(const std::string& text) {
 
 void ZrXmlWriter::putAttributeValue(const char* text, std::size_t size) {
   put("\"");
-  if (m_theEscapeMarkupFlag) putEscaped(text, size);
+  if (m_theOptions.escapeMarkup()) putEscaped(text, size);
   else put(text, size);
   put("\"");
   m_theMode = 3;
@@ -470,7 +398,7 @@ void ZrXmlWriter::appendContent(const char* text, std::size_t size) {
     }
   }
   std::string& buffer = m_theContentBuffer;
-  if (m_theEscapeMarkupFlag)
+  if (m_theOptions.escapeMarkup())
     forEachEscapedPiece(text, size, [&buffer](const char* piece, std::size_t length) { buffer.append(piece, length); });
   else
     buffer.append(text, size);
@@ -517,8 +445,8 @@ void ZrXmlWriter::reportMisplacedData() const {
 }
 
 void ZrXmlWriter::writeNilEnding() {
-  const std::string* prefix = m_theNamespaceCompleteFlag ? prefixInForce(theSchemaInstanceUri) : nullptr;
-  if (m_theNamespaceCompleteFlag && (!prefix || *prefix != theSchemaInstancePrefix)) {
+  const std::string* prefix = m_theOptions.namespaceComplete() ? prefixInForce(theSchemaInstanceUri) : nullptr;
+  if (m_theOptions.namespaceComplete() && (!prefix || *prefix != theSchemaInstancePrefix)) {
     put(" xmlns:xsi=\"");
     put(theSchemaInstanceUri);
     put("\"");
@@ -563,7 +491,7 @@ void ZrXmlWriter::writeEndTag() {
   // An element is popped even after a fault, and the generator follows the element stack.
   if (m_theDepth != 0) {
     --m_theDepth;
-    if (m_theSchemaWriterFlag) m_theSchema.writeEndTag();
+    if (m_theOptions.schemaWriter()) m_theSchema.writeEndTag();
   }
   m_theMode = 5;
   flushOutput();
@@ -574,7 +502,7 @@ void ZrXmlWriter::setNumOfContentColumns(unsigned columns) { m_theNumOfContentCo
 // ---- document header ----
 
 std::string ZrXmlWriter::schemaFileName(const std::string& filename, const std::string& schemaNamespace) {
-  return schemaFileName(filename, schemaNamespace, classDefaults().m_thePortableSchemaFileNames);
+  return schemaFileName(filename, schemaNamespace, classDefaults().portableSchemaFileNames());
 }
 
 std::string ZrXmlWriter::schemaFileName(const std::string& filename, const std::string& schemaNamespace,
@@ -586,20 +514,16 @@ std::string ZrXmlWriter::schemaFileName(const std::string& filename, const std::
   return base + "." + (portable ? portableNamespacePart(schemaNamespace) : afterLastSlash(schemaNamespace)) + ".xsd";
 }
 
-bool ZrXmlWriter::defaultPortableSchemaFileNames() { return classDefaults().m_thePortableSchemaFileNames; }
-void ZrXmlWriter::setDefaultPortableSchemaFileNames(bool portable) {
-  classDefaults().m_thePortableSchemaFileNames = portable;
-}
 
 const char* ZrXmlWriter::schemaInstanceUri() { return theSchemaInstanceUri; }
 
 void ZrXmlWriter::header(const ZrToken& root, const std::string& schemaNamespace) {
-  if (!m_theHeaderLine.empty()) {
-    put(m_theHeaderLine);
+  if (!m_theOptions.header().empty()) {
+    put(m_theOptions.header());
     put("\n");
   }
-  if (!m_theStyleSheetLine.empty()) {
-    put(m_theStyleSheetLine);
+  if (!m_theOptions.styleSheet().empty()) {
+    put(m_theOptions.styleSheet());
     put("\n");
   }
 
@@ -611,11 +535,11 @@ void ZrXmlWriter::header(const ZrToken& root, const std::string& schemaNamespace
   ElementStruct& element = pushElement(root.namespaceText(), root.tokenText());
   element.qualifiedName = root.tokenText();
   element.namespaces.emplace(theSchemaInstanceUri, theSchemaInstancePrefix);
-  if (m_theNamespaceCompleteFlag && !xmlNamespace.empty()) element.namespaces.emplace(xmlNamespace, "");
+  if (m_theOptions.namespaceComplete() && !xmlNamespace.empty()) element.namespaces.emplace(xmlNamespace, "");
 
   put("<");
   put(root.tokenText());
-  if (m_theNamespaceCompleteFlag && !xmlNamespace.empty()) {
+  if (m_theOptions.namespaceComplete() && !xmlNamespace.empty()) {
     put(" xmlns=\"");
     put(xmlNamespace);
     put("\"");
@@ -630,7 +554,7 @@ void ZrXmlWriter::header(const ZrToken& root, const std::string& schemaNamespace
 
   // The root's start tag stays open: its attributes and children follow, one writeEndTag closes it.
   startContent();
-  if (m_theSchemaWriterFlag) m_theSchema.writeStartTag(root, ZrXmlSchemaElementType::XML_STARTTAG_OPTION);
+  if (m_theOptions.schemaWriter()) m_theSchema.writeStartTag(root, ZrXmlSchemaElementType::XML_STARTTAG_OPTION);
   flushOutput();
 }
 
@@ -640,7 +564,7 @@ void ZrXmlWriter::header(const ZrToken& root, const std::string& schemaNamespace
 // only when someone asks for it.
 void ZrXmlWriter::type(const std::type_info& info) {
   m_theLastTypeInfo = &info;
-  if (m_theSchemaWriterFlag) m_theSchema.setType(info);
+  if (m_theOptions.schemaWriter()) m_theSchema.setType(info);
 }
 
 const std::string& ZrXmlWriter::typeName() const {
@@ -681,7 +605,7 @@ bool ZrXmlWriter::plainValueStream() const {
 // Six significant digits (the stream's precision) as the stream writes them: the shortest of fixed and
 // exponent form, trailing zeros dropped, as printf's %g does.
 void ZrXmlWriter::realData(double value) {
-  if (m_theLosslessRealsFlag) {
+  if (m_theOptions.losslessReals()) {
     char text[ZrDOUBLE_CHARS_SIZE];
     data(text, ZrDOUBLE2CHARS(value, text));
     return;
@@ -689,6 +613,18 @@ void ZrXmlWriter::realData(double value) {
   if (plainValueStream()) {
     char digits[ZrDOUBLE_G_CHARS_SIZE];
     data(digits, ZrDOUBLE2CHARS_G(value, static_cast<int>(m_theValueStream.precision()), digits));
+    return;
+  }
+  m_theValueStream << value;
+  data(m_theValueStream.str());
+  m_theValueStream.str(std::string());
+  m_theValueStream.clear();
+}
+
+void ZrXmlWriter::realData(float value) {
+  if (m_theOptions.losslessReals()) {
+    char text[ZrDOUBLE_CHARS_SIZE];
+    data(text, ZrFLOAT2CHARS(value, text));
     return;
   }
   m_theValueStream << value;
@@ -737,55 +673,61 @@ template ZrXmlWriter& operator<<(ZrXmlWriter&, const ZrNonNegReal&);
 
 // ---- settings ----
 
-const std::string& ZrXmlWriter::indent() const { return m_theIndentString; }
-void ZrXmlWriter::setIndent(const std::string& indent) { m_theIndentString = indent; }
-const std::string& ZrXmlWriter::header() const { return m_theHeaderLine; }
-void ZrXmlWriter::setHeader(const std::string& header) { m_theHeaderLine = header; }
-const std::string& ZrXmlWriter::styleSheet() const { return m_theStyleSheetLine; }
-void ZrXmlWriter::setStyleSheet(const std::string& styleSheet) { m_theStyleSheetLine = styleSheet; }
-const std::string& ZrXmlWriter::schemaInstance() const { return m_theSchemaInstanceText; }
-void ZrXmlWriter::setSchemaInstance(const std::string& schemaInstance) { m_theSchemaInstanceText = schemaInstance; }
-const std::string& ZrXmlWriter::schemaLocation() const { return m_theSchemaLocationText; }
-void ZrXmlWriter::setSchemaLocation(const std::string& schemaLocation) { m_theSchemaLocationText = schemaLocation; }
-ZrBoolean ZrXmlWriter::writeDefaultDataFlag() const { return m_theWriteDefaultDataFlag; }
-void ZrXmlWriter::setWriteDefaultDataFlag(ZrBoolean flag) { m_theWriteDefaultDataFlag = flag; }
-void ZrXmlWriter::setSchemaWriter(bool flag) { m_theSchemaWriterFlag = flag; }
-
-void ZrXmlWriter::setLanguageSelection(LANGUAGE language) {
-  applyLanguage(language, m_theIndentString, m_theHeaderLine, m_theStyleSheetLine, m_theSchemaInstanceText,
-                m_theSchemaLocationText);
+// Each setting lives in the options value; the accessors below forward to it.
+void ZrXmlWriter::setOptions(const ZrXmlWriteOptions& options) {
+  m_theOptions = options;
+  m_theSchema.setPortableSchemaFileNames(options.portableSchemaFileNames());
 }
 
-const std::string& ZrXmlWriter::defaultIndent() { return classDefaults().m_theIndent; }
-void ZrXmlWriter::setDefaultIndent(const std::string& indent) { classDefaults().m_theIndent = indent; }
-const std::string& ZrXmlWriter::defaultHeader() { return classDefaults().m_theHeader; }
-void ZrXmlWriter::setDefaultHeader(const std::string& header) { classDefaults().m_theHeader = header; }
-const std::string& ZrXmlWriter::defaultStyleSheet() { return classDefaults().m_theStyleSheetLocation; }
-void ZrXmlWriter::setDefaultStyleSheet(const std::string& styleSheet) {
-  classDefaults().m_theStyleSheetLocation = styleSheet;
+const std::string& ZrXmlWriter::indent() const { return m_theOptions.indent(); }
+void ZrXmlWriter::setIndent(const std::string& indent) { m_theOptions.setIndent(indent); }
+const std::string& ZrXmlWriter::header() const { return m_theOptions.header(); }
+void ZrXmlWriter::setHeader(const std::string& header) { m_theOptions.setHeader(header); }
+const std::string& ZrXmlWriter::styleSheet() const { return m_theOptions.styleSheet(); }
+void ZrXmlWriter::setStyleSheet(const std::string& styleSheet) { m_theOptions.setStyleSheet(styleSheet); }
+const std::string& ZrXmlWriter::schemaInstance() const { return m_theOptions.schemaInstance(); }
+void ZrXmlWriter::setSchemaInstance(const std::string& schemaInstance) { m_theOptions.setSchemaInstance(schemaInstance); }
+const std::string& ZrXmlWriter::schemaLocation() const { return m_theOptions.schemaLocation(); }
+void ZrXmlWriter::setSchemaLocation(const std::string& schemaLocation) { m_theOptions.setSchemaLocation(schemaLocation); }
+ZrBoolean ZrXmlWriter::writeDefaultDataFlag() const { return m_theOptions.writeDefaultData(); }
+void ZrXmlWriter::setWriteDefaultDataFlag(ZrBoolean flag) { m_theOptions.setWriteDefaultData(flag); }
+void ZrXmlWriter::setSchemaWriter(bool flag) { m_theOptions.setSchemaWriter(flag); }
+void ZrXmlWriter::setLanguageSelection(LANGUAGE language) { m_theOptions.setLanguageSelection(language); }
+void ZrXmlWriter::setPortableSchemaFileNames(bool portable) {
+  m_theOptions.setPortableSchemaFileNames(portable);
+  m_theSchema.setPortableSchemaFileNames(portable);
 }
-const std::string& ZrXmlWriter::defaultSchemaInstance() { return classDefaults().m_theSchemaInstance; }
-void ZrXmlWriter::setDefaultSchemaInstance(const std::string& schemaInstance) {
-  classDefaults().m_theSchemaInstance = schemaInstance;
-}
-const std::string& ZrXmlWriter::defaultSchemaLocation() { return classDefaults().m_theSchemaLocation; }
-void ZrXmlWriter::setDefaultSchemaLocation(const std::string& schemaLocation) {
-  classDefaults().m_theSchemaLocation = schemaLocation;
-}
-bool ZrXmlWriter::defaultSchemaWriter() { return classDefaults().m_theWriteSchema; }
-void ZrXmlWriter::setDefaultSchemaWriter(bool flag) { classDefaults().m_theWriteSchema = flag; }
-bool ZrXmlWriter::defaultForWriteDefaultDataFlag() { return classDefaults().m_theWriteDefaultDataFlag; }
-void ZrXmlWriter::setDefaultForWriteDefaultDataFlag(bool flag) { classDefaults().m_theWriteDefaultDataFlag = flag; }
 
-bool ZrXmlWriter::defaultNamespaceComplete() { return classDefaults().m_theNamespaceComplete; }
-void ZrXmlWriter::setDefaultNamespaceComplete(bool flag) { classDefaults().m_theNamespaceComplete = flag; }
-bool ZrXmlWriter::defaultLosslessReals() { return classDefaults().m_theLosslessReals; }
-void ZrXmlWriter::setDefaultLosslessReals(bool flag) { classDefaults().m_theLosslessReals = flag; }
-bool ZrXmlWriter::defaultEscapeMarkup() { return classDefaults().m_theEscapeMarkup; }
-void ZrXmlWriter::setDefaultEscapeMarkup(bool flag) { classDefaults().m_theEscapeMarkup = flag; }
-
-void ZrXmlWriter::setDefaultLanguageSelection(LANGUAGE language) {
-  ClassDefaults& defaults = classDefaults();
-  applyLanguage(language, defaults.m_theIndent, defaults.m_theHeader, defaults.m_theStyleSheetLocation,
-                defaults.m_theSchemaInstance, defaults.m_theSchemaLocation);
+// Built on first use, so that writers constructed during static initialisation elsewhere see it. Set it
+// before writers are made on other threads: it is read, unguarded, by every new writer.
+ZrXmlWriteOptions& ZrXmlWriter::classDefaults() {
+  static ZrXmlWriteOptions theDefaults;
+  return theDefaults;
 }
+
+const ZrXmlWriteOptions& ZrXmlWriter::defaultOptions() { return classDefaults(); }
+void ZrXmlWriter::setDefaultOptions(const ZrXmlWriteOptions& options) { classDefaults() = options; }
+
+const std::string& ZrXmlWriter::defaultIndent() { return classDefaults().indent(); }
+void ZrXmlWriter::setDefaultIndent(const std::string& indent) { classDefaults().setIndent(indent); }
+const std::string& ZrXmlWriter::defaultHeader() { return classDefaults().header(); }
+void ZrXmlWriter::setDefaultHeader(const std::string& header) { classDefaults().setHeader(header); }
+const std::string& ZrXmlWriter::defaultStyleSheet() { return classDefaults().styleSheet(); }
+void ZrXmlWriter::setDefaultStyleSheet(const std::string& styleSheet) { classDefaults().setStyleSheet(styleSheet); }
+const std::string& ZrXmlWriter::defaultSchemaInstance() { return classDefaults().schemaInstance(); }
+void ZrXmlWriter::setDefaultSchemaInstance(const std::string& text) { classDefaults().setSchemaInstance(text); }
+const std::string& ZrXmlWriter::defaultSchemaLocation() { return classDefaults().schemaLocation(); }
+void ZrXmlWriter::setDefaultSchemaLocation(const std::string& text) { classDefaults().setSchemaLocation(text); }
+bool ZrXmlWriter::defaultSchemaWriter() { return classDefaults().schemaWriter(); }
+void ZrXmlWriter::setDefaultSchemaWriter(bool flag) { classDefaults().setSchemaWriter(flag); }
+bool ZrXmlWriter::defaultForWriteDefaultDataFlag() { return classDefaults().writeDefaultData(); }
+void ZrXmlWriter::setDefaultForWriteDefaultDataFlag(bool flag) { classDefaults().setWriteDefaultData(flag); }
+void ZrXmlWriter::setDefaultLanguageSelection(LANGUAGE language) { classDefaults().setLanguageSelection(language); }
+bool ZrXmlWriter::defaultNamespaceComplete() { return classDefaults().namespaceComplete(); }
+void ZrXmlWriter::setDefaultNamespaceComplete(bool flag) { classDefaults().setNamespaceComplete(flag); }
+bool ZrXmlWriter::defaultLosslessReals() { return classDefaults().losslessReals(); }
+void ZrXmlWriter::setDefaultLosslessReals(bool flag) { classDefaults().setLosslessReals(flag); }
+bool ZrXmlWriter::defaultEscapeMarkup() { return classDefaults().escapeMarkup(); }
+void ZrXmlWriter::setDefaultEscapeMarkup(bool flag) { classDefaults().setEscapeMarkup(flag); }
+bool ZrXmlWriter::defaultPortableSchemaFileNames() { return classDefaults().portableSchemaFileNames(); }
+void ZrXmlWriter::setDefaultPortableSchemaFileNames(bool portable) { classDefaults().setPortableSchemaFileNames(portable); }

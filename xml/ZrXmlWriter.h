@@ -6,6 +6,7 @@
 #include <ZrToken.h>
 #include <ZrTypes.h>
 #include <ZrXmlSchema.h>
+#include <ZrXmlWriteOptions.h>
 
 #include <cstddef>
 #include <deque>
@@ -50,8 +51,10 @@
 //   expect exactly these bytes; standard XML tools, however, see the root and its unprefixed
 //   descendants in no namespace, so a schema validator needs the form below.
 //
-// Settings: each has a per-writer setter and getter, and a class-wide default (static default...
-// and setDefault...) that new writers copy, like the indent, header and schema writer flag.
+// Settings: every setting lives in one ZrXmlWriteOptions value (options(), setOptions()), which lists them
+// with their values and names the two profiles, toolkit() and standard(). New writers start from the class
+// default, defaultOptions(); set it before writers are made on other threads. The per-writer and
+// class-wide accessors below (setIndent, setDefaultIndent, setNamespaceComplete, ...) forward to the value.
 //
 // Namespace-complete documents (setNamespaceComplete, off by default):
 //   The root's namespace is declared as the document's default namespace (xmlns="..." right after the
@@ -136,6 +139,9 @@ class ZrXmlWriter {
   // Passes a real's text to the virtual data(): six significant digits from the value stream, or the
   // lossless form. Basic values, angles and non-negative reals are written through it, after type().
   void realData(double value);
+  // A float's text: with lossless reals the shortest text that reads back to the same float, otherwise
+  // as the value stream writes it.
+  void realData(float value);
   virtual ZrBoolean writeDefaultDataFlag() const;
   virtual void setWriteDefaultDataFlag(ZrBoolean flag);
   virtual void attributeValue(const std::string& text);
@@ -144,13 +150,17 @@ class ZrXmlWriter {
   virtual void header(const ZrToken& root, const std::string& schemaNamespace);
   virtual void tab(unsigned count);
 
+  // All settings at once. A copy of the writer copies them.
+  const ZrXmlWriteOptions& options() const { return m_theOptions; }
+  void setOptions(const ZrXmlWriteOptions& options);
+
   // The written forms (see the class comment); each off by default.
-  bool namespaceComplete() const { return m_theNamespaceCompleteFlag; }
-  void setNamespaceComplete(bool flag) { m_theNamespaceCompleteFlag = flag; }
-  bool losslessReals() const { return m_theLosslessRealsFlag; }
-  void setLosslessReals(bool flag) { m_theLosslessRealsFlag = flag; }
-  bool escapeMarkup() const { return m_theEscapeMarkupFlag; }
-  void setEscapeMarkup(bool flag) { m_theEscapeMarkupFlag = flag; }
+  bool namespaceComplete() const { return m_theOptions.namespaceComplete(); }
+  void setNamespaceComplete(bool flag) { m_theOptions.setNamespaceComplete(flag); }
+  bool losslessReals() const { return m_theOptions.losslessReals(); }
+  void setLosslessReals(bool flag) { m_theOptions.setLosslessReals(flag); }
+  bool escapeMarkup() const { return m_theOptions.escapeMarkup(); }
+  void setEscapeMarkup(bool flag) { m_theOptions.setEscapeMarkup(flag); }
 
   // Plain accessors.
   int mode() const { return m_theMode; }
@@ -158,7 +168,7 @@ class ZrXmlWriter {
   const std::string& typeName() const;
   const std::string& filename() const { return m_theFilename; }
   const std::string& currentNamespace() const { return m_theCurrentNamespace; }
-  bool schemaWriter() const { return m_theSchemaWriterFlag; }
+  bool schemaWriter() const { return m_theOptions.schemaWriter(); }
   unsigned numOfContentColumns() const { return m_theNumOfContentColumns; }
   ZrXmlSchema& schema() { return m_theSchema; }
   std::ostream* output() const { return m_theOutput; }
@@ -183,15 +193,17 @@ class ZrXmlWriter {
   static std::string schemaFileName(const std::string& filename, const std::string& schemaNamespace, bool portable);
   // Whether this writer's header and its schema generator use portable schema file names; the class
   // default is what new writers and generators start with (off).
-  void setPortableSchemaFileNames(bool portable) { m_theSchema.setPortableSchemaFileNames(portable); }
-  bool portableSchemaFileNames() const { return m_theSchema.portableSchemaFileNames(); }
+  void setPortableSchemaFileNames(bool portable);
+  bool portableSchemaFileNames() const { return m_theOptions.portableSchemaFileNames(); }
   static bool defaultPortableSchemaFileNames();
   static void setDefaultPortableSchemaFileNames(bool portable);
 
   // The XML Schema-instance namespace, declared with the prefix "xsi".
   static const char* schemaInstanceUri();
 
-  // Class-wide defaults, copied into each new writer.
+  // The class-wide default, copied into each new writer, and its one-setting forwarders.
+  static const ZrXmlWriteOptions& defaultOptions();
+  static void setDefaultOptions(const ZrXmlWriteOptions& options);
   static const std::string& defaultIndent();
   static void setDefaultIndent(const std::string& indent);
   static const std::string& defaultHeader();
@@ -215,8 +227,7 @@ class ZrXmlWriter {
   static void setDefaultEscapeMarkup(bool flag);
 
  private:
-  struct ClassDefaults;
-  static ClassDefaults& classDefaults();
+  static ZrXmlWriteOptions& classDefaults();
 
   void put(const std::string& text);
   void put(const char* text);
@@ -253,21 +264,12 @@ class ZrXmlWriter {
   std::string m_theContentBuffer;
   ZrU32 m_theContentCount;
   ZrU32 m_theNumOfContentColumns;
-  ZrBoolean m_theWriteDefaultDataFlag;
-  std::string m_theIndentString;
-  std::string m_theHeaderLine;
-  std::string m_theStyleSheetLine;
-  std::string m_theSchemaInstanceText;
-  std::string m_theSchemaLocationText;
+  ZrXmlWriteOptions m_theOptions;
   ZrXmlSchema m_theSchema;
-  bool m_theSchemaWriterFlag;
   mutable std::string m_theTypeName;  // the schema name of m_theNamedTypeInfo
   // The type of the last value written; its schema name is looked up when typeName() asks.
   const std::type_info* m_theLastTypeInfo = nullptr;
   mutable const std::type_info* m_theNamedTypeInfo = nullptr;
-  bool m_theNamespaceCompleteFlag;
-  bool m_theLosslessRealsFlag;
-  bool m_theEscapeMarkupFlag;
 };
 
 // Writes one value: records its schema type, formats it in the writer's value stream and passes the text to data().
