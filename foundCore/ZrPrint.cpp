@@ -50,9 +50,12 @@ void Print::write(int printType, const char* format, ...) {
 
 PrintStream Print::ostream(int printType, const char* signature) { return PrintStream(*this, printType, signature); }
 
-void Print::setSink(PrintSink sink) { m_theSink = std::move(sink); }
+void Print::setSink(PrintSink sink) {
+  std::lock_guard<std::mutex> lock(m_theSinkLock);
+  m_theSink = std::move(sink);
+}
 
-void Print::resetSink() { m_theSink = nullptr; }
+void Print::resetSink() { setSink(nullptr); }
 
 const char* Print::typeName(int printType) {
   switch (printType) {
@@ -66,34 +69,64 @@ const char* Print::typeName(int printType) {
   }
 }
 
+namespace {
+typedef std::shared_ptr<std::atomic<PrintWatcher*>> WatcherHandle;
+
+// The watchers raised on this thread, innermost last. Entries of watchers that are gone hold null.
+std::vector<WatcherHandle>& threadWatchers() {
+  thread_local std::vector<WatcherHandle> theWatchers;
+  return theWatchers;
+}
+
+// The innermost live watcher of this thread; entries of watchers gone are dropped on the way.
+PrintWatcher* innermostLiveWatcher() {
+  std::vector<WatcherHandle>& watchers = threadWatchers();
+  while (!watchers.empty()) {
+    if (PrintWatcher* watcher = watchers.back()->load(std::memory_order_acquire)) return watcher;
+    watchers.pop_back();
+  }
+  return nullptr;
+}
+}  // namespace
+
+PrintWatcher::PrintWatcher() : m_theHandle(std::make_shared<std::atomic<PrintWatcher*>>(this)) {}
+
+PrintWatcher::PrintWatcher(const PrintWatcher&) : PrintWatcher() {}
+
+PrintWatcher::~PrintWatcher() { m_theHandle->store(nullptr, std::memory_order_release); }
+
 void Print::emit(int printType, const std::string& message) {
+  PrintWatcher* watcher = innermostLiveWatcher();
+  if (watcher && !watcher->observe(printType, message)) return;
+  std::lock_guard<std::mutex> lock(m_theSinkLock);
   if (m_theSink) {
     m_theSink(printType, message);
   } else {
     std::fwrite(message.data(), 1, message.size(), stderr);
     std::fflush(stderr);
   }
-  if (!m_theWatchers.empty()) m_theWatchers.back().second(printType, message);
 }
 
-void Print::raiseWatcher(const void* owner, const PrintSink& watcher) {
-  for (auto entry = m_theWatchers.begin(); entry != m_theWatchers.end(); ++entry) {
-    if (entry->first != owner) continue;
-    std::pair<const void*, PrintSink> raised = std::move(*entry);
-    m_theWatchers.erase(entry);
-    m_theWatchers.push_back(std::move(raised));
-    return;
+void Print::raiseWatcher(PrintWatcher& watcher) {
+  std::vector<WatcherHandle>& watchers = threadWatchers();
+  for (auto entry = watchers.begin(); entry != watchers.end(); ++entry) {
+    if (*entry != watcher.m_theHandle) continue;
+    watchers.erase(entry);
+    break;
   }
-  m_theWatchers.emplace_back(owner, watcher);
+  watchers.push_back(watcher.m_theHandle);
 }
 
-void Print::dropWatcher(const void* owner) {
-  for (auto entry = m_theWatchers.begin(); entry != m_theWatchers.end(); ++entry) {
-    if (entry->first == owner) {
-      m_theWatchers.erase(entry);
+void Print::dropWatcher(PrintWatcher& watcher) {
+  std::vector<WatcherHandle>& watchers = threadWatchers();
+  for (auto entry = watchers.begin(); entry != watchers.end(); ++entry) {
+    if (*entry == watcher.m_theHandle) {
+      watchers.erase(entry);
       return;
     }
   }
 }
+
+const PrintWatcher* Print::innermostWatcher() const { return innermostLiveWatcher(); }
 
 }  // namespace Zr

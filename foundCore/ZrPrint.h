@@ -1,7 +1,10 @@
 #ifndef ZR_PRINT_H
 #define ZR_PRINT_H
 
+#include <atomic>
 #include <functional>
+#include <memory>
+#include <mutex>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -24,6 +27,29 @@ typedef std::function<void(int printType, const std::string& message)> PrintSink
 
 class Print;
 
+// Observes the messages emitted on a thread, beside the sink, to count or record them rather than show
+// them. It is raised on the thread that emits (Print::raiseWatcher) and sees only that thread's messages:
+// readers on other threads keep their own. Only the innermost watcher of a thread (the one raised last)
+// sees a message, so that of several readers alive at once the one that is reading is told of its
+// document's faults. A watcher may be destroyed on any thread: it is then passed over wherever it was
+// raised. Copies are watchers of their own, raised nowhere.
+class PrintWatcher {
+ public:
+  PrintWatcher();
+  PrintWatcher(const PrintWatcher&);
+  PrintWatcher& operator=(const PrintWatcher&) { return *this; }
+  virtual ~PrintWatcher();
+
+  // Called with each message before the sink; false keeps the message from the sink (the watcher has
+  // taken note of it).
+  virtual bool observe(int printType, const std::string& message) = 0;
+
+ private:
+  friend class Print;
+  // What the threads' lists hold: cleared when the watcher goes, so that no list calls a dead watcher.
+  std::shared_ptr<std::atomic<PrintWatcher*>> m_theHandle;
+};
+
 // One message under construction. Pieces are inserted with <<; the message reaches the sink
 // when the stream is destroyed, normally at the end of the statement that created it.
 class PrintStream : public std::ostringstream {
@@ -40,7 +66,8 @@ class PrintStream : public std::ostringstream {
 };
 
 // The toolkit's single channel for messages. By default each message goes to standard error and is
-// flushed at once; tests and applications can route messages elsewhere with setSink.
+// flushed at once; tests and applications can route messages elsewhere with setSink. Messages may be
+// emitted from several threads at once; set the sink before they start.
 class Print {
  public:
   static Print& instance();
@@ -66,19 +93,18 @@ class Print {
   // Hands one finished message to the current sink, then to the innermost watcher.
   void emit(int printType, const std::string& message);
 
-  // Watchers observe messages beside the sink, for counting rather than showing them. Only the
-  // innermost watcher (the one raised last) sees a message, so that of several readers alive at once
-  // the one that is reading is told of its document's faults. Each watcher is known by its owner's
-  // address: raising an owner's watcher again moves it innermost (and keeps the function it was
-  // first given); dropping it removes it wherever it stands.
-  void raiseWatcher(const void* owner, const PrintSink& watcher);
-  void dropWatcher(const void* owner);
-  const void* innermostWatcher() const { return m_theWatchers.empty() ? nullptr : m_theWatchers.back().first; }
+  // Raises the watcher on the calling thread (moving it innermost when it is raised there already);
+  // dropping it takes it off the calling thread's list.
+  void raiseWatcher(PrintWatcher& watcher);
+  void dropWatcher(PrintWatcher& watcher);
+  // The innermost watcher of the calling thread, or null.
+  const PrintWatcher* innermostWatcher() const;
 
  private:
   Print() = default;
+  // The sink is called under the lock: messages of several threads reach it one at a time, whole.
+  std::mutex m_theSinkLock;
   PrintSink m_theSink;
-  std::vector<std::pair<const void*, PrintSink>> m_theWatchers;
 };
 
 }  // namespace Zr

@@ -39,7 +39,7 @@ struct ZrXmlCompoundType::RegistrationSession {
   RegistrationSession* outer;
 };
 
-ZrXmlCompoundType::RegistrationSession* ZrXmlCompoundType::m_theInnermostSession = nullptr;
+thread_local ZrXmlCompoundType::RegistrationSession* ZrXmlCompoundType::m_theInnermostSession = nullptr;
 
 ZrXmlCompoundType::ZrXmlCompoundType() = default;
 
@@ -90,13 +90,10 @@ void ZrXmlCompoundType::registerThroughTable() {
   if (m_theSharedRegistrations) keepOwnMaps();
   RegistrationSession session{this, nullptr, false, 0, hasOwnMaps(), m_theInnermostSession};
   if (!session.ownMaps) {
-    session.table = ZrXmlRegistrationTable::find(typeid(*this));
-    if (!session.table) {
-      session.table = ZrXmlRegistrationTable::create(typeid(*this));
-      session.recording = true;
-    } else if (!session.table->sealed()) {
-      session.ownMaps = true;  // an object of the class is still being recorded further out
-    }
+    bool created = false;
+    session.table = ZrXmlRegistrationTable::findOrCreate(typeid(*this), created);
+    if (created) session.recording = true;
+    else if (!session.table->sealed()) session.ownMaps = true;  // still being recorded, further out or elsewhere
   }
   // The session ends with this scope even if registerComponents() throws.
   struct Installed {

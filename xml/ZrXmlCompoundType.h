@@ -120,7 +120,7 @@ class ZrXmlCompoundType : public ZrXmlObject {
   template <class Function>
   void forEachMark(Function function) const;
 
-  static RegistrationSession* m_theInnermostSession;
+  static thread_local RegistrationSession* m_theInnermostSession;  // each thread registers on its own
 
   // A look-up through the table found no element registrations: the component map would have been
   // created empty by it, which operator== can tell from no map at all. Declared first, it sits beside the

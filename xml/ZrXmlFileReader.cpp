@@ -460,6 +460,7 @@ void ZrXmlFileReader::copyFrom(const ZrXmlFileReader& other) {
   m_theMode = other.m_theMode;
   m_theLineCount = other.m_theLineCount;
   m_theLineCountedTo = other.m_theLineCountedTo;
+  m_theColumnBase = other.m_theColumnBase;
   setEndTag(other.endTag());  // the copy holds the open entries only
   m_theWorkToken = other.m_theWorkToken;
   m_theValueBuffer = other.m_theValueBuffer;
@@ -662,6 +663,22 @@ std::int64_t ZrXmlFileReader::lineCount() const {
   return m_theLineCount;
 }
 
+std::int64_t ZrXmlFileReader::columnOfFile() const {
+  const std::size_t end = std::min(m_theReadIndex, m_theReadBuffer.size());
+  const std::size_t lineFeed = end == 0 ? std::string::npos : m_theReadBuffer.rfind('\n', end - 1);
+  if (lineFeed != std::string::npos) return static_cast<std::int64_t>(end - lineFeed);
+  return m_theColumnBase + static_cast<std::int64_t>(end) + 1;
+}
+
+// Called before the consumed front of the buffer is dropped: the column goes on from what the current
+// line had there.
+void ZrXmlFileReader::keepColumnOfDroppedFront() {
+  const std::size_t end = std::min(m_theReadIndex, m_theReadBuffer.size());
+  const std::size_t lineFeed = end == 0 ? std::string::npos : m_theReadBuffer.rfind('\n', end - 1);
+  if (lineFeed != std::string::npos) m_theColumnBase = static_cast<std::int64_t>(end - lineFeed - 1);
+  else m_theColumnBase += static_cast<std::int64_t>(end);
+}
+
 std::istream* ZrXmlFileReader::stream() const { return m_theStream; }
 
 bool ZrXmlFileReader::atEndOfInput() const {
@@ -739,6 +756,7 @@ bool ZrXmlFileReader::mayOpenElement() {
 void ZrXmlFileReader::stopReading() {
   keepAttributesOutOfBuffer();
   lineCount();
+  keepColumnOfDroppedFront();
   m_theLineCountedTo = 0;
   m_theStreamExhausted = true;
   m_theReadBuffer.clear();
@@ -752,6 +770,7 @@ bool ZrXmlFileReader::readBlock() {
   keepAttributesOutOfBuffer();
   if (m_theReadIndex > 0) {
     lineCount();
+    keepColumnOfDroppedFront();
     m_theReadBuffer.erase(0, m_theReadIndex);
     m_theReadIndex = 0;
     m_theLineCountedTo = 0;

@@ -124,6 +124,8 @@ class ZrXmlFileReader {
   // The current line; past the largest int it stays at the largest int (messages print the whole count).
   virtual int lineCountOfFile() const;
   std::int64_t lineCount() const;
+  // Where reading stands on its line: 1 for the line's first byte, counted in bytes.
+  std::int64_t columnOfFile() const;
   virtual ZrBoolean nextMatchingEndTag();
   virtual std::string getChildrenAsString();
   virtual std::istream* stream() const;
@@ -235,6 +237,7 @@ class ZrXmlFileReader {
   // m_theLineCountedTo; lineCount() counts the rest of what was consumed.
   mutable std::int64_t m_theLineCount;
   mutable std::size_t m_theLineCountedTo = 0;
+  std::int64_t m_theColumnBase = 0;  // bytes of the current line dropped from the buffer's front
   ZrToken m_theEndTag;  // the last end tag, unless it closed an element: then on the entry at this depth
   std::size_t m_theEndTagDepth = 0;
   void setEndTag(const ZrToken& name) {
@@ -268,6 +271,7 @@ class ZrXmlFileReader {
   bool expanding() const { return m_theOptions.expandReferences() || m_theChecker; }
   bool mayOpenElement();
   void stopReading();
+  void keepColumnOfDroppedFront();
 
   // Strict mode.
   std::size_t strictTagEnd(std::size_t close);

@@ -83,12 +83,35 @@ ZrBoolean ZrXmlReader::enterObject() {
   return false;
 }
 
-// Included documents are let go from the innermost outwards; their streams go with the last share.
+// The documents' end checks are heard before the reader stops listening.
 ZrXmlReader::~ZrXmlReader() {
-  Zr::Print::instance().dropWatcher(this);
-  while (!m_theFileReaders.empty()) m_theFileReaders.pop_back();
-  forgetTop();
+  finish();
+  if (m_theWatcher.watcher) Zr::Print::instance().dropWatcher(*m_theWatcher.watcher);
 }
+
+// Included documents are let go from the innermost outwards; their streams go with the last share. Each
+// is popped while it is still the one on top, so that what its end checks report is recorded as its own.
+void ZrXmlReader::finish() {
+  if (!m_theFileReaders.empty()) becomeReadingReader();
+  while (!m_theFileReaders.empty()) {
+    top();
+    m_theFileReaders.pop_back();
+    forgetTop();
+  }
+  sayUnprintedFaults();
+}
+
+void ZrXmlReader::sayUnprintedFaults() {
+  if (m_theUnprintedFaults == 0) return;
+  const ZrU32 unprinted = m_theUnprintedFaults;
+  m_theUnprintedFaults = 0;
+  Zr::Print::instance().write(Zr::PrintNotice,
+                              "ZrXmlReader Warning: %u further faults were recorded but not printed (at most %u "
+                              "are printed per read).\n",
+                              unprinted, m_theOptions.maxPrintedFaults());
+}
+
+void ZrXmlReader::setDefaultMaxPrintedFaults(ZrU32 count) { readerClassDefaults().setMaxPrintedFaults(count); }
 
 void ZrXmlReader::setOptions(const ZrXmlReadOptions& options) {
   m_theOptions = options;
@@ -107,6 +130,8 @@ void ZrXmlReader::applyReadingOptions(ZrXmlFileReader& reader) const {
 void ZrXmlReader::open(const std::string& filename, std::istream& stream) {
   m_theFaultCount = 0;
   m_theLastFault.clear();
+  m_theFaults.clear();
+  m_theUnprintedFaults = 0;
   m_theIncludedDocuments = 0;
   m_theClosedIncludeBytes = 0;
   becomeReadingReader();
@@ -117,23 +142,43 @@ void ZrXmlReader::open(const std::string& filename, std::istream& stream) {
   m_theVersionFlag = true;
 }
 
-// Every readXml() comes here: the print facility is asked for once, and the watcher raised only when
-// another reader (or none) is the one watched.
+// Every readXml() comes here: the watcher is raised only when another reader (or none) is the one
+// watched on this thread.
 inline void ZrXmlReader::becomeReadingReader() {
   static Zr::Print& print = Zr::Print::instance();
-  if (print.innermostWatcher() != this) raiseAsWatcher();
+  if (!m_theWatcher.watcher) m_theWatcher.watcher.reset(new FaultWatcher(*this));
+  if (print.innermostWatcher() != m_theWatcher.watcher.get()) print.raiseWatcher(*m_theWatcher.watcher);
 }
 
-void ZrXmlReader::raiseAsWatcher() {
-  const auto note = [this](int printType, const std::string& message) { noteFault(printType, message); };
-  Zr::Print::instance().raiseWatcher(this, note);
+bool ZrXmlReader::FaultWatcher::observe(int printType, const std::string& message) {
+  return m_theReader->takeNoteOf(printType, message);
+}
+
+// Faults are noted; a report past the printing cap is kept from the sink, and its detail lines with it.
+bool ZrXmlReader::takeNoteOf(int printType, const std::string& message) {
+  const bool detailLine = !message.empty() && message[0] == '\t';
+  if (detailLine) return m_thePrintingReport;
+  const bool fault = printType == Zr::PrintSizeWarning || printType == Zr::PrintError || printType == Zr::PrintPluginError;
+  m_thePrintingReport = true;
+  if (!fault) return true;
+  noteFault(printType, message);
+  m_thePrintingReport = m_theFaultCount <= m_theOptions.maxPrintedFaults();
+  if (!m_thePrintingReport) ++m_theUnprintedFaults;
+  return m_thePrintingReport;
 }
 
 void ZrXmlReader::noteFault(int printType, const std::string& message) {
-  const bool fault = printType == Zr::PrintSizeWarning || printType == Zr::PrintError || printType == Zr::PrintPluginError;
-  if (!fault || (!message.empty() && message[0] == '\t')) return;
   ++m_theFaultCount;
   m_theLastFault = message;
+  ZrXmlFault fault;
+  if (ZrXmlFileReader* document = top()) {
+    fault.file = document->ZrXmlFileReader::filename();
+    fault.line = document->lineCount();
+    fault.column = document->columnOfFile();
+  }
+  fault.printType = printType;
+  fault.text = message;
+  m_theFaults.push_back(std::move(fault));
 }
 
 inline const ZrToken& ZrXmlReader::includeToken() {

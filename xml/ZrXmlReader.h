@@ -2,7 +2,9 @@
 #define ZR_XML_READER_H
 
 #include <ZrToken.h>
+#include <ZrPrint.h>
 #include <ZrTypes.h>
+#include <ZrXmlFault.h>
 #include <ZrXmlFileReader.h>
 #include <ZrXmlReadOptions.h>
 
@@ -12,6 +14,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 class ZrBaseXmlFactory;
 class ZrXmlObject;
@@ -161,16 +164,30 @@ class ZrXmlReader {
   }
 
   // Faults of the document being read: every report that the tokenizer, the reader, included documents,
-  // objects and containers print (print types 3 to 5) while this reader is the one reading is counted,
-  // and the last one's text kept. A report's detail lines printed as messages of their own (beginning
-  // with a tab) belong to it and are not counted again. The reader that is reading is the one built on a
-  // document, opened or advanced last; of several readers alive at once, only that one counts. Reports
-  // printed after the document was read, while no other reader has read since, count here too. open()
-  // clears both. Anything that reports a fault without printing it (or prints it elsewhere) counts it
-  // through noteFault, the one place every counted report goes through.
+  // objects and containers print (print types 3 to 5) while this reader is the one reading is counted and
+  // recorded, with the document it is in and where reading stood. A report's detail lines printed as
+  // messages of their own (beginning with a tab) belong to it and are not counted again. The reader that
+  // is reading is the one built on a document, opened or advanced last on the calling thread: readers on
+  // other threads keep their own faults. Reports printed after the document was read (by objects, by the
+  // documents' end checks in finish() or the destructor), while no other reader has read on the thread
+  // since, count here too. open() clears them. Anything that reports a fault without printing it (or
+  // prints it elsewhere) counts it through noteFault, the one place every counted fault goes through.
+  //
+  // At most maxPrintedFaults() faults of one read are printed (default 1000, a read setting); later ones
+  // are counted and recorded only, and finish() says in one line how many were left out.
   ZrU32 faultCount() const { return m_theFaultCount; }
   const std::string& lastFault() const { return m_theLastFault; }
+  const std::vector<ZrXmlFault>& faults() const { return m_theFaults; }
   virtual void noteFault(int printType, const std::string& message);
+  void setMaxPrintedFaults(ZrU32 count) { m_theOptions.setMaxPrintedFaults(count); }
+  ZrU32 maxPrintedFaults() const { return m_theOptions.maxPrintedFaults(); }
+  static ZrU32 defaultMaxPrintedFaults() { return defaultOptions().maxPrintedFaults(); }
+  static void setDefaultMaxPrintedFaults(ZrU32 count);
+
+  // Ends the read: closes every open document (their end checks report unclosed elements and unused
+  // attributes, recorded here) and says how many faults were not printed. Reading after it reads
+  // nothing; the destructor calls it.
+  void finish();
 
   // The file reader of the document being read (null before open), for tools that show where they
   // stand: its open elements, last end tag, and whether its input has run out.
@@ -215,9 +232,20 @@ class ZrXmlReader {
   bool mayOpenInclude(const std::string& host, const std::string& fullName);
   void pushInclude(const std::string& host, const std::string& fullName);
   void includeError(const char* what, const std::string& name);
-  // Makes this reader the one whose faults the print facility reports to.
+  // Makes this reader the one whose faults the print facility reports to on the calling thread.
   void becomeReadingReader();
-  void raiseAsWatcher();
+  // Hears every message printed on the thread while this reader is the one reading; says whether it is
+  // printed.
+  class FaultWatcher : public Zr::PrintWatcher {
+   public:
+    explicit FaultWatcher(ZrXmlReader& reader) : m_theReader(&reader) {}
+    FaultWatcher(const FaultWatcher&) = delete;
+    bool observe(int printType, const std::string& message) override;
+   private:
+    ZrXmlReader* m_theReader;
+  };
+  bool takeNoteOf(int printType, const std::string& message);
+  void sayUnprintedFaults();
 
   std::deque<OpenDocument> m_theFileReaders;  // bottom: the opened document; top: answers every query
   mutable TopReader m_theTop;
@@ -243,6 +271,18 @@ class ZrXmlReader {
   std::deque<ZrToken> m_theNameSlots;  // two per object depth; a deque keeps each where it is
   ZrU32 m_theFaultCount = 0;
   std::string m_theLastFault;
+  std::vector<ZrXmlFault> m_theFaults;
+  ZrU32 m_theUnprintedFaults = 0;
+  bool m_thePrintingReport = true;  // the last report was printed: its detail lines follow it
+  // Each reader (a copy too) watches for itself; made on first need, so that a reader that never reads
+  // costs nothing.
+  struct OwnWatcher {
+    std::unique_ptr<FaultWatcher> watcher;
+    OwnWatcher() = default;
+    OwnWatcher(const OwnWatcher&) {}
+    OwnWatcher& operator=(const OwnWatcher&) { return *this; }
+  };
+  OwnWatcher m_theWatcher;
 
   std::uint64_t includedBytes() const;
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <mutex>
 #include <typeindex>
 #include <unordered_map>
 
@@ -13,9 +14,17 @@ std::unordered_map<std::type_index, std::unique_ptr<ZrXmlRegistrationTable>>& ta
   return *theTables;
 }
 
-// The class find() answered last, and its table.
-const std::type_info* theLastType = nullptr;
-ZrXmlRegistrationTable* theLastTable = nullptr;
+// Guards the map of tables: classes register for the first time on whichever thread reads or writes
+// their first object.
+std::mutex& tablesLock() {
+  static auto* theLock = new std::mutex;
+  return *theLock;
+}
+
+// The class find() answered last on this thread, and its table: objects of one class mostly come in a
+// row, and the answer needs no lock.
+thread_local const std::type_info* theLastType = nullptr;
+thread_local ZrXmlRegistrationTable* theLastTable = nullptr;
 
 // The first item whose token text is not less than the text, in items sorted by token text.
 template <class Items>
@@ -38,23 +47,36 @@ void assignSorted(std::vector<Item>& items, const ZrToken& token, Assign assign)
 }
 }  // namespace
 
-// Objects of one class mostly come in a row (the elements of a container): the class asked about last is
-// answered without hashing its name again.
 ZrXmlRegistrationTable* ZrXmlRegistrationTable::find(const std::type_info& type) {
   if (&type == theLastType) return theLastTable;
-  auto found = tables().find(std::type_index(type));
-  if (found == tables().end()) return nullptr;
+  ZrXmlRegistrationTable* table = nullptr;
+  {
+    std::lock_guard<std::mutex> lock(tablesLock());
+    auto found = tables().find(std::type_index(type));
+    if (found == tables().end()) return nullptr;
+    table = found->second.get();
+  }
   theLastType = &type;
-  theLastTable = found->second.get();
-  return theLastTable;
+  theLastTable = table;
+  return table;
 }
 
-ZrXmlRegistrationTable* ZrXmlRegistrationTable::create(const std::type_info& type) {
-  std::unique_ptr<ZrXmlRegistrationTable>& table = tables()[std::type_index(type)];
-  table.reset(new ZrXmlRegistrationTable);
+ZrXmlRegistrationTable* ZrXmlRegistrationTable::findOrCreate(const std::type_info& type, bool& created) {
+  ZrXmlRegistrationTable* table = find(type);
+  created = false;
+  if (table) return table;
+  {
+    std::lock_guard<std::mutex> lock(tablesLock());
+    std::unique_ptr<ZrXmlRegistrationTable>& entry = tables()[std::type_index(type)];
+    if (!entry) {
+      entry.reset(new ZrXmlRegistrationTable);
+      created = true;
+    }
+    table = entry.get();
+  }
   theLastType = &type;
-  theLastTable = table.get();
-  return table.get();
+  theLastTable = table;
+  return table;
 }
 
 void ZrXmlRegistrationTable::seal() {
@@ -69,7 +91,7 @@ void ZrXmlRegistrationTable::seal() {
       assignSorted(m_theMarks, call.token, [code](Mark& mark) { mark.code = code; });
     }
   }
-  m_theSealed = true;
+  m_theSealed.store(true, std::memory_order_release);
 }
 
 bool ZrXmlRegistrationTable::hasMark(const ZrToken& token, ZrU32 code) const {

@@ -6,6 +6,7 @@
 #include <ZrTypes.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <typeinfo>
 #include <vector>
@@ -53,8 +54,10 @@ class ZrXmlRegistrationTable {
 
   // The table of a class, or null when none was recorded yet.
   static ZrXmlRegistrationTable* find(const std::type_info& type);
-  // A new, empty table for a class, kept for the rest of the program.
-  static ZrXmlRegistrationTable* create(const std::type_info& type);
+  // The table of a class, made new and empty when there was none (then `created` is set): the caller
+  // that created it records it, and objects of the class on other threads keep maps of their own until it
+  // is sealed. Tables are kept for the rest of the program. Safe to call from several threads at once.
+  static ZrXmlRegistrationTable* findOrCreate(const std::type_info& type, bool& created);
 
   // Turns an object's address and a member's into the offset kept, and back; inline, as every object
   // read passes each of its registrations through them.
@@ -71,9 +74,9 @@ class ZrXmlRegistrationTable {
 
   void record(const Call& call) { m_theCalls.push_back(call); }
   // Sorts the recorded calls into the three look-up tables; called once, when recording ends. Only a
-  // sealed table is shared.
+  // sealed table is shared, and never changes again: threads that see it sealed read it without a lock.
   void seal();
-  bool sealed() const { return m_theSealed; }
+  bool sealed() const { return m_theSealed.load(std::memory_order_acquire); }
 
   const std::vector<Call>& calls() const { return m_theCalls; }
   const std::vector<Entry>& elements() const { return m_theElements; }
@@ -105,7 +108,7 @@ class ZrXmlRegistrationTable {
   std::vector<Entry> m_theElements;
   std::vector<Entry> m_theAttributes;
   std::vector<Mark> m_theMarks;
-  bool m_theSealed = false;
+  std::atomic<bool> m_theSealed{false};
 };
 
 #endif
