@@ -3,6 +3,8 @@
 #include "ZrXmlObjectVisitor.h"
 #include "ZrXmlReader.h"
 
+#include <ZrPrint.h>
+
 namespace {
 // The reader's modes that matter when a value fetches its text.
 const int startTagMode = 1;
@@ -38,4 +40,15 @@ bool ZrBaseXmlBasicType::elementText(ZrXmlReader& reader, std::string& text) {
     default:
       return false;
   }
+}
+
+bool ZrBaseXmlBasicType::checksValues(const ZrXmlReader& reader) { return reader.options().checkValues(); }
+
+void ZrBaseXmlBasicType::reportFaultyValue(ZrXmlReader& reader, bool attribute, const std::string& name,
+                                           const std::string& text, const char* typeName) {
+  Zr::Print::instance().write(Zr::PrintError,
+                              "ZrXmlBasicType Error: value not valid.\n\t%s %s holds \"%s\", which is not a whole "
+                              "value of type %s.\n\tFile: %s\n\tLine: %d\n",
+                              attribute ? "Attribute" : "Element", name.c_str(), text.c_str(), typeName,
+                              reader.filename().c_str(), reader.lineCountOfFile());
 }

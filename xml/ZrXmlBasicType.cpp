@@ -82,11 +82,33 @@ bool parseText(const std::string& text, int& value) {
   return end != first && number == value && onlyWhiteSpace(end, first + text.size());
 }
 
-bool parseText(const std::string& text, unsigned int& value) { return parseText<unsigned int>(text, value); }
+// Stream extraction takes "-1" for an unsigned number (and wraps it round): a minus sign makes the text
+// no value of the type, whatever was stored.
+static bool hasMinusSign(const std::string& text) {
+  const std::size_t first = text.find_first_not_of(" \t\n\r");
+  return first != std::string::npos && text[first] == '-';
+}
+
+bool parseText(const std::string& text, unsigned int& value) {
+  return parseText<unsigned int>(text, value) && !hasMinusSign(text);
+}
 bool parseText(const std::string& text, short& value) { return parseText<short>(text, value); }
-bool parseText(const std::string& text, unsigned short& value) { return parseText<unsigned short>(text, value); }
+bool parseText(const std::string& text, unsigned short& value) {
+  return parseText<unsigned short>(text, value) && !hasMinusSign(text);
+}
 bool parseText(const std::string& text, char& value) { return parseText<char>(text, value); }
 bool parseText(const std::string& text, bool& value) { return parseText<bool>(text, value); }  // numeric form only
+
+bool parseSchemaBool(const std::string& text, bool& value) {
+  const std::size_t first = text.find_first_not_of(" \t\n\r");
+  const std::size_t last = text.find_last_not_of(" \t\n\r");
+  if (first == std::string::npos) return false;
+  const std::string_view word(text.data() + first, last - first + 1);
+  if (word == "true") value = true;
+  else if (word == "false") value = false;
+  else return false;
+  return true;
+}
 
 bool parseText(const std::string& text, std::string& value) {
   value = text;
@@ -100,7 +122,7 @@ bool parseText(const std::string& text, unsigned char& value) {
     return false;
   }
   unsigned short wide = 0;
-  const bool whole = parseText<unsigned short>(text, wide);
+  const bool whole = parseText(text, wide);
   value = static_cast<unsigned char>(wide & 0xFFu);
   return whole && wide <= 0xFFu;
 }

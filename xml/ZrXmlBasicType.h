@@ -67,10 +67,14 @@ class ZrXmlBasicType : public ZrBaseXmlBasicType {
   // yields a value) and returns whether the whole text, white space around it aside, was a value of
   // the type: "1.5x" gives 1.5 and false, "" gives 0 and false, "300" for a byte gives 44 and false.
   virtual ZrBoolean setValueFromString(const std::string& text);
+  // What a reader checking values reads: the same, but a bool also takes "true" and "false".
+  ZrBoolean setCheckedValueFromString(const std::string& text);
   // Appends one element per word left in the content the reader stands on (word-by-word reading),
   // each holding what read() would have given it, and returns how many. Vectors of single values read
   // their groups through it: no string per word, and conversion settings are looked at once per group.
   static long readWords(ZrXmlReader& reader, std::vector<ZrXmlBasicType>& elements);
+  // The same, each word checked (a reader checking values); a word that is no whole value is reported.
+  static long readCheckedWords(ZrXmlReader& reader, std::vector<ZrXmlBasicType>& elements);
 
   const T& value() const { return m_theValue; }
   T& value() { return m_theValue; }
@@ -128,6 +132,29 @@ bool parseText(const std::string& text, T& value) {
   stream >> std::ws;
   return stream.eof();
 }
+
+// The name a checked value's report gives its type.
+template <class T>
+const char* typeName() {
+  if constexpr (std::is_same<T, bool>::value) return "bool";
+  else if constexpr (std::is_same<T, char>::value) return "char";
+  else if constexpr (std::is_same<T, unsigned char>::value) return "unsigned char";
+  else if constexpr (std::is_same<T, short>::value) return "short";
+  else if constexpr (std::is_same<T, unsigned short>::value) return "unsigned short";
+  else if constexpr (std::is_same<T, int>::value) return "int";
+  else if constexpr (std::is_same<T, unsigned int>::value) return "unsigned int";
+  else if constexpr (std::is_same<T, long>::value) return "long";
+  else if constexpr (std::is_same<T, unsigned long>::value) return "unsigned long";
+  else if constexpr (std::is_same<T, float>::value) return "float";
+  else if constexpr (std::is_same<T, double>::value) return "double";
+  else if constexpr (std::is_same<T, std::string>::value) return "string";
+  else if constexpr (std::is_same<T, ZrAngle>::value) return "angle";
+  else if constexpr (std::is_same<T, ZrNonNegReal>::value) return "non-negative real";
+  else return typeid(T).name();
+}
+
+// With checked values, bools are read as XML Schema reads them: "true" and "false" beside "1" and "0".
+bool parseSchemaBool(const std::string& text, bool& value);
 
 // The integer types the stream writes as plain decimal numbers (not the character and boolean types).
 template <class T>
@@ -209,7 +236,11 @@ ZrBoolean ZrXmlBasicType<T>::read(ZrXmlReader& reader) {
   if (!result) return result;
   std::string text;
   if (elementText(reader, text)) {
-    setValueFromString(text);
+    if (!checksValues(reader)) {
+      setValueFromString(text);
+    } else if (!setCheckedValueFromString(text)) {
+      reportFaultyValue(reader, false, reader.element().tokenText(), text, ZrXmlValueText::typeName<T>());
+    }
     return true;
   }
   Zr::Print::instance().write(Zr::PrintError,
@@ -225,7 +256,14 @@ ZrBoolean ZrXmlBasicType<T>::readAttribute(ZrXmlReader& reader) {
   ZrBoolean result = readBaseOf<ZrXmlBasicType>(reader);
   if (!result) return result;
   if (reader.remainingNumOfAttributes() != 0) {
-    setValueFromString(reader.attributeValue());
+    if (!checksValues(reader)) {
+      setValueFromString(reader.attributeValue());
+    } else {
+      const ZrToken name = reader.attributeName();
+      const std::string& text = reader.attributeValue();
+      if (!setCheckedValueFromString(text))
+        reportFaultyValue(reader, true, name.tokenText(), text, ZrXmlValueText::typeName<T>());
+    }
   } else {
     Zr::Print::instance().write(Zr::PrintError,
                                 "ZrXmlBasicType Error: file not valid.\n\tNo attributes found.\n\tFile: %s\n\tLine: %d\n",
@@ -290,16 +328,41 @@ ZrBoolean ZrXmlBasicType<T>::setValueFromString(const std::string& text) {
   return ZrXmlValueText::parseText(text, m_theValue);
 }
 
+template <class T>
+ZrBoolean ZrXmlBasicType<T>::setCheckedValueFromString(const std::string& text) {
+  if constexpr (std::is_same<T, bool>::value) {
+    if (ZrXmlValueText::parseSchemaBool(text, m_theValue)) return true;
+  }
+  return setValueFromString(text);
+}
+
 // The elements are made here, so they are exactly this type: no override of setValueFromString() or
 // of the base's bookkeeping could apply, and the word is parsed straight from the view.
 template <class T>
 long ZrXmlBasicType<T>::readWords(ZrXmlReader& reader, std::vector<ZrXmlBasicType>& elements) {
+  if (checksValues(reader)) return readCheckedWords(reader, elements);
   const ZrXmlValueText::WordParser<T> parse{};
   long count = 0;
   for (std::string_view word = reader.nextContentWord(); !word.empty(); word = reader.nextContentWord()) {
     ZrXmlBasicType& element = elements.emplace_back();
     element.setReadFlags();  // what ZrXmlObject::read gives a fresh value
     parse(word, element.m_theValue);
+    ++count;
+  }
+  return count;
+}
+
+template <class T>
+long ZrXmlBasicType<T>::readCheckedWords(ZrXmlReader& reader, std::vector<ZrXmlBasicType>& elements) {
+  const std::string name = reader.element().tokenText();
+  std::string text;
+  long count = 0;
+  for (std::string_view word = reader.nextContentWord(); !word.empty(); word = reader.nextContentWord()) {
+    ZrXmlBasicType& element = elements.emplace_back();
+    element.setReadFlags();
+    text.assign(word.data(), word.size());
+    if (!element.setCheckedValueFromString(text))
+      reportFaultyValue(reader, false, name, text, ZrXmlValueText::typeName<T>());
     ++count;
   }
   return count;

@@ -167,7 +167,10 @@ ZrBoolean ZrXmlEnumType<T>::readName(ZrXmlReader& reader, bool found, const std:
         << "ZrXmlEnumType Error: file not valid.\n\t" << "No data found.\n\tFile: " << reader.filename()
         << "\n\tLine: " << reader.lineCountOfFile() << '\n';
   }
-  return findEnumString(name, m_theValue);
+  const ZrBoolean known = findEnumString(name, m_theValue);
+  if (found && !known && checksValues(reader))
+    reportFaultyValue(reader, false, reader.element().tokenText(), name, "enumeration (a name of its table)");
+  return known;
 }
 
 // The name is passed to the writer as it stands. The schema type of a name is a string; a writer that

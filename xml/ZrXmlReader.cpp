@@ -54,6 +54,10 @@ void ZrXmlReader::setDefaultOptions(const ZrXmlReadOptions& options) { readerCla
 void ZrXmlReader::setDefaultMaxIncludedDocuments(ZrU32 count) { readerClassDefaults().setMaxIncludedDocuments(count); }
 void ZrXmlReader::setDefaultMaxIncludedBytes(std::uint64_t bytes) { readerClassDefaults().setMaxIncludedBytes(bytes); }
 void ZrXmlReader::setDefaultHttpIncludesAllowed(bool allowed) { readerClassDefaults().setHttpIncludesAllowed(allowed); }
+void ZrXmlReader::setDefaultCheckValues(bool flag) { readerClassDefaults().setCheckValues(flag); }
+void ZrXmlReader::setDefaultPortableIncludeReferences(bool flag) {
+  readerClassDefaults().setPortableIncludeReferences(flag);
+}
 
 ZrXmlReader::ZrXmlReader()
     : m_theVersionCheckPending(true), m_theVersionFlag(true), m_theOptions(defaultOptions()) {}

@@ -144,6 +144,20 @@ class ZrXmlReader {
   void setStrict(bool flag);
   bool strict() const { return m_theOptions.strict(); }
 
+  // Checked values (off by default): every value whose text is not a whole value of its type is
+  // reported and counted as a fault; what is stored stays what the forgiving conversion gives.
+  void setCheckValues(bool flag) { m_theOptions.setCheckValues(flag); }
+  bool checkValues() const { return m_theOptions.checkValues(); }
+  static bool defaultCheckValues() { return defaultOptions().checkValues(); }
+  static void setDefaultCheckValues(bool flag);
+  // Portable include references (off by default): a relative reference is joined to the including
+  // document's directory with "/" and its "." and ".." resolved, whatever the including document was
+  // called. Off, the toolkit's joint applies.
+  void setPortableIncludeReferences(bool flag) { m_theOptions.setPortableIncludeReferences(flag); }
+  bool portableIncludeReferences() const { return m_theOptions.portableIncludeReferences(); }
+  static bool defaultPortableIncludeReferences() { return defaultOptions().portableIncludeReferences(); }
+  static void setDefaultPortableIncludeReferences(bool flag);
+
   // Nesting of objects being read. A compound calls enterObject() before reading its children and,
   // when it returned true, leaveObject() after them; when it returned false the limit was reached, the
   // element has been reported and skipped to its end tag, and the compound reads nothing more.

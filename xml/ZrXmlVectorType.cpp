@@ -31,7 +31,18 @@ long ZrXmlContainerLayout::sizeAttribute(ZrXmlReader& reader) {
   long size = 0;
   const std::string& value = reader.attributeValue(ZrXml::ZrCountToken);
   const ZrU32 after = reader.remainingNumOfAttributes();
-  if (after != before) size = ZrSTRING2LONG(value.c_str());
+  if (after != before) {
+    const char* first = value.c_str();
+    const char* end = nullptr;
+    size = ZrSTRING2LONG(first, &end);
+    const bool count = end != first && size >= 0 && end == first + value.size();
+    if (!count && reader.options().checkValues()) {
+      Zr::Print::instance().write(Zr::PrintError,
+                                  "ZrXmlContainer Error: value not valid.\n\tAttribute size holds \"%s\", which is "
+                                  "not a count of elements.\n\tFile: %s\n\tLine: %d\n",
+                                  value.c_str(), reader.filename().c_str(), reader.lineCountOfFile());
+    }
+  }
   for (ZrU32 remaining = after; remaining != 0; --remaining) reader.attributeValue();
   return size;
 }
