@@ -117,12 +117,13 @@ std::string schemaOf(const ZrTest::TempDir& dir, const std::string& documentName
 
 class SchemaValidation : public ::testing::Test {
  protected:
-  // Validators see namespaces: documents are written in the namespace-complete form.
+  // Validators see namespaces: documents are written in the standard profile (namespace-complete, UTF-8,
+  // lossless reals, escaped text), which any XML tool reads.
   void SetUp() override {
     if (!haveValidator()) GTEST_SKIP() << "xmllint is not installed";
-    ZrXmlWriter::setDefaultNamespaceComplete(true);
+    ZrXmlWriter::setDefaultOptions(ZrXmlWriteOptions::standard());
   }
-  void TearDown() override { ZrXmlWriter::setDefaultNamespaceComplete(false); }
+  void TearDown() override { ZrXmlWriter::setDefaultOptions(ZrXmlWriteOptions::toolkit()); }
   ZrTest::PrintCapture capture;
   ZrTest::TempDir dir;
 };

@@ -112,7 +112,7 @@ class ZrXmlReader {
   // documents than the depth limit, or a document that is already open on the stack (a document that
   // includes itself, directly or through others), is reported and skipped. With HTTP includes switched
   // off, an include that resolves to an HTTP reference is reported and skipped.
-  void setMaxIncludeDepth(ZrU32 depth) { m_theOptions.setMaxIncludeDepth(depth); }
+  void setMaxIncludeDepth(ZrU32 depth) { setOptions(ZrXmlReadOptions(m_theOptions).setMaxIncludeDepth(depth)); }
   ZrU32 maxIncludeDepth() const { return m_theOptions.maxIncludeDepth(); }
   // The budget of one reader's includes, counted from open(): at most this many included documents
   // (default 10,000) and this many bytes read through them (default 4 GiB). An include past either is
@@ -120,16 +120,16 @@ class ZrXmlReader {
   // report, so that documents including each other many times over cannot keep a reader busy for ever.
   // Only regular files and HTTP documents are included: anything else (a device, a FIFO, a directory) is
   // refused without being opened.
-  void setMaxIncludedDocuments(ZrU32 count) { m_theOptions.setMaxIncludedDocuments(count); }
+  void setMaxIncludedDocuments(ZrU32 count) { setOptions(ZrXmlReadOptions(m_theOptions).setMaxIncludedDocuments(count)); }
   ZrU32 maxIncludedDocuments() const { return m_theOptions.maxIncludedDocuments(); }
-  void setMaxIncludedBytes(std::uint64_t bytes) { m_theOptions.setMaxIncludedBytes(bytes); }
+  void setMaxIncludedBytes(std::uint64_t bytes) { setOptions(ZrXmlReadOptions(m_theOptions).setMaxIncludedBytes(bytes)); }
   std::uint64_t maxIncludedBytes() const { return m_theOptions.maxIncludedBytes(); }
   static ZrU32 defaultMaxIncludedDocuments() { return defaultOptions().maxIncludedDocuments(); }
   static void setDefaultMaxIncludedDocuments(ZrU32 count);
   static std::uint64_t defaultMaxIncludedBytes() { return defaultOptions().maxIncludedBytes(); }
   static void setDefaultMaxIncludedBytes(std::uint64_t bytes);
   ZrU32 includedDocuments() const { return m_theIncludedDocuments; }
-  void setHttpIncludesAllowed(bool allowed) { m_theOptions.setHttpIncludesAllowed(allowed); }
+  void setHttpIncludesAllowed(bool allowed) { setOptions(ZrXmlReadOptions(m_theOptions).setHttpIncludesAllowed(allowed)); }
   bool httpIncludesAllowed() const { return m_theOptions.httpIncludesAllowed(); }
   // A program that must never reach the network (a fuzzer, a sandboxed tool) switches HTTP includes off
   // here once, before any reader is made.
@@ -146,14 +146,14 @@ class ZrXmlReader {
 
   // Checked values (off by default): every value whose text is not a whole value of its type is
   // reported and counted as a fault; what is stored stays what the forgiving conversion gives.
-  void setCheckValues(bool flag) { m_theOptions.setCheckValues(flag); }
+  void setCheckValues(bool flag) { setOptions(ZrXmlReadOptions(m_theOptions).setCheckValues(flag)); }
   bool checkValues() const { return m_theOptions.checkValues(); }
   static bool defaultCheckValues() { return defaultOptions().checkValues(); }
   static void setDefaultCheckValues(bool flag);
   // Portable include references (off by default): a relative reference is joined to the including
   // document's directory with "/" and its "." and ".." resolved, whatever the including document was
   // called. Off, the toolkit's joint applies.
-  void setPortableIncludeReferences(bool flag) { m_theOptions.setPortableIncludeReferences(flag); }
+  void setPortableIncludeReferences(bool flag) { setOptions(ZrXmlReadOptions(m_theOptions).setPortableIncludeReferences(flag)); }
   bool portableIncludeReferences() const { return m_theOptions.portableIncludeReferences(); }
   static bool defaultPortableIncludeReferences() { return defaultOptions().portableIncludeReferences(); }
   static void setDefaultPortableIncludeReferences(bool flag);
@@ -161,7 +161,7 @@ class ZrXmlReader {
   // Nesting of objects being read. A compound calls enterObject() before reading its children and,
   // when it returned true, leaveObject() after them; when it returned false the limit was reached, the
   // element has been reported and skipped to its end tag, and the compound reads nothing more.
-  void setMaxObjectDepth(ZrU32 depth) { m_theOptions.setMaxObjectDepth(depth); }
+  void setMaxObjectDepth(ZrU32 depth) { setOptions(ZrXmlReadOptions(m_theOptions).setMaxObjectDepth(depth)); }
   ZrU32 maxObjectDepth() const { return m_theOptions.maxObjectDepth(); }
   ZrBoolean enterObject();
   void leaveObject() {
@@ -193,7 +193,7 @@ class ZrXmlReader {
   const std::string& lastFault() const { return m_theLastFault; }
   const std::vector<ZrXmlFault>& faults() const { return m_theFaults; }
   virtual void noteFault(int printType, const std::string& message);
-  void setMaxPrintedFaults(ZrU32 count) { m_theOptions.setMaxPrintedFaults(count); }
+  void setMaxPrintedFaults(ZrU32 count) { setOptions(ZrXmlReadOptions(m_theOptions).setMaxPrintedFaults(count)); }
   ZrU32 maxPrintedFaults() const { return m_theOptions.maxPrintedFaults(); }
   static ZrU32 defaultMaxPrintedFaults() { return defaultOptions().maxPrintedFaults(); }
   static void setDefaultMaxPrintedFaults(ZrU32 count);

@@ -61,12 +61,23 @@ bool ZrXmlContainerLayout::enterGroupContent(ZrXmlReader& reader, int groupMode,
   return false;
 }
 
+// A string that is empty or holds white space is no word of a group: with escaped markup, whose documents
+// read back exactly, it is written as an element of its own, which readers take entry for entry.
+bool isWordless(const ZrXmlObject& element) {
+  const ZrXmlBasicType<std::string>* text = dynamic_cast<const ZrXmlBasicType<std::string>*>(&element);
+  return text && (text->value().empty() || text->value().find_first_of(" \t\n\r") != std::string::npos);
+}
+
 void ZrXmlContainerLayout::writeElement(ZrXmlWriter& writer, const ZrXmlObject& element, bool& groupOpen) {
-  if (element.isBasicType()) {
+  if (element.isBasicType() && !(writer.escapeMarkup() && isWordless(element))) {
     if (!groupOpen) writer.writeStartTagUsingParentNamespace(ZrXml::ZrGroupToken);
     groupOpen = true;
     element.write(writer);
     return;
+  }
+  if (groupOpen) {
+    writer.writeEndTag();  // the words so far; later words open a group of their own
+    groupOpen = false;
   }
   writer.writeStartTagUsingParentNamespace(ZrXml::ZrElementToken);
   element.write(writer);

@@ -5,6 +5,7 @@
 #include <ZrXmlSchemaElementType.h>
 
 #include <charconv>
+#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -88,17 +89,35 @@ const char* markupReference(char c) {
   }
 }
 
+// Whether escaped text writes c as a character reference: control characters anywhere (a reader trims or
+// normalises them), and blanks at either end of the text (a reader trims those).
+bool needsCharacterReference(const char* at, const char* text, const char* end) {
+  const unsigned char c = static_cast<unsigned char>(*at);
+  if (c < 0x20 || c == 0x7F) return true;
+  return c == ' ' && (at == text || at + 1 == end);
+}
+
 // Hands text to out(first, size) in pieces: runs without markup characters as they stand, each markup
-// character as its reference.
+// character as its entity reference, and each character that a reader would not give back as it stands
+// (control characters, blanks at the ends) as a character reference.
 template <class Out>
 void forEachEscapedPiece(const char* text, std::size_t size, Out&& out) {
   const char* run = text;
   const char* end = text + size;
+  char numeric[8];
   for (const char* at = text; at != end; ++at) {
     const char* reference = markupReference(*at);
-    if (!reference) continue;
+    std::size_t length = 0;
+    if (reference) {
+      length = std::strlen(reference);
+    } else if (needsCharacterReference(at, text, end)) {
+      length = static_cast<std::size_t>(std::snprintf(numeric, sizeof numeric, "&#%u;", static_cast<unsigned char>(*at)));
+      reference = numeric;
+    } else {
+      continue;
+    }
     out(run, static_cast<std::size_t>(at - run));
-    out(reference, std::strlen(reference));
+    out(reference, length);
     run = at + 1;
   }
   out(run, static_cast<std::size_t>(end - run));
