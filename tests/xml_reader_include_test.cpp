@@ -63,6 +63,7 @@ TEST(ZrXmlReaderInclude, FaultyIncludesAreReportedAndReadingGoesOn) {
   std::filesystem::create_directory(dir.file("aDirectory"));
   ASSERT_EQ(::mkfifo(dir.file("aFifo").c_str(), 0600), 0);  // opening it for reading would block
   const std::string at = "\n\tFile: " + dir.file("doc.xml") + "\n\tLine: 2\n";
+  const std::string includedBy = "\n\tIncluded by: " + dir.file("doc.xml") + "\n\tLine: 2\n";
   const struct {
     std::string element;
     std::vector<std::string> messages;
@@ -75,8 +76,8 @@ TEST(ZrXmlReaderInclude, FaultyIncludesAreReportedAndReadingGoesOn) {
        {"ZrXmlReader Error: attribute name can only be simple and href, not role." + at}, true},
       {"<ZrInclude type=\"simple\" href=\"part.xml\"><stray>text</stray></ZrInclude>", {}, true},
       {"<ZrInclude href=\"part.xml\"><stray/></ZrInclude>", {"ZrXmlReader Error: XLink syntax not correct." + at}, false},
-      {include("missing.xml"), {"ZrXmlReader Error: not able to open file: " + dir.file("missing.xml") + "\n"}, false},
-      {include("aDirectory"), {"ZrXmlReader Error: not able to open file: " + dir.file("aDirectory") + "\n"}, false},
+      {include("missing.xml"), {"ZrXmlReader Error: not able to open file: " + dir.file("missing.xml") + includedBy}, false},
+      {include("aDirectory"), {"ZrXmlReader Error: not able to open file: " + dir.file("aDirectory") + includedBy}, false},
       {include("aFifo"), {"ZrXmlReader Error: not a regular file; include skipped: " + dir.file("aFifo") + at}, false},
       {include("/dev/zero"), {"ZrXmlReader Error: not a regular file; include skipped: /dev/zero" + at}, false},
   };
@@ -160,6 +161,50 @@ TEST(ZrXmlReaderInclude, ResolvesReferencesAgainstTheIncludingDocument) {
                                       : std::string("not able to open file: ") + row.fullName + "\n";
     EXPECT_NE(message.find(expected), std::string::npos) << message;
   }
+}
+
+// With portable references the joint is "/" and "." and ".." are resolved; the failure names the
+// including document and the line of the include element.
+TEST(ZrXmlReaderInclude, PortableReferencesJoinWithASlashAndResolveDots) {
+  const struct {
+    const char* documentName;
+    const char* href;
+    const char* fullName;
+  } rows[] = {
+      {"/a/b/main.xml", "sub/part.xml", "/a/b/sub/part.xml"},
+      {"/a/b/main.xml", "../part.xml", "/a/part.xml"},
+      {"/a/b/main.xml", "./x/../../y/part.xml", "/a/y/part.xml"},
+      {"/a/main.xml", "../../../part.xml", "/part.xml"},
+      {"main.xml", "../part.xml", "../part.xml"},
+      {"d/main.xml", "sub\\part.xml", "d/sub/part.xml"},
+      {"/a/b/main.xml", "/x/./part.xml", "/x/part.xml"},
+  };
+  for (const auto& row : rows) {
+    std::istringstream document("<doc>\n" + include(row.href) + "</doc>");
+    ZrTest::PrintCapture capture;
+    ZrXmlReader reader(row.documentName, document);
+    reader.setPortableIncludeReferences(true);
+    items(reader);
+    ASSERT_EQ(reader.faultCount(), 1u) << row.href << capture.all();
+    const std::string expected = std::string("not able to open file: ") + row.fullName + "\n\tIncluded by: " +
+                                 row.documentName + "\n\tLine: 2\n";
+    EXPECT_NE(capture.all().find(expected), std::string::npos) << capture.all();
+  }
+}
+
+// A reference into a subdirectory and one out of it open whatever path the parent was opened by.
+TEST(ZrXmlReaderInclude, PortableReferencesOpenFromAParentOpenedByAPath) {
+  ZrTest::TempDir dir;
+  std::filesystem::create_directories(dir.file("cell/sub"));
+  dir.write("cell/sub/drive.xml", "<drive/>");
+  dir.write("shared.xml", "<shared/>");
+  const std::string main = dir.write("cell/main.xml", "<doc>" + include("sub/drive.xml") + include("../shared.xml") + "</doc>");
+  std::ifstream in(main);
+  ZrTest::PrintCapture capture;
+  ZrXmlReader reader(main, in);
+  reader.setPortableIncludeReferences(true);
+  EXPECT_EQ(items(reader), (Items{"doc", "drive/", "shared/", "/"})) << capture.all();
+  EXPECT_EQ(reader.faultCount(), 0u);
 }
 
 TEST(ZrXmlReaderInclude, DocumentsThatIncludeThemselvesAreSkipped) {

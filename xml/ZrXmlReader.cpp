@@ -41,6 +41,30 @@ unsigned short majorVersion(const std::string& version) {
   return static_cast<unsigned short>(major);
 }
 
+// A directory path with its "." segments dropped and each ".." taking away the segment before it (kept
+// where there is none to take: a relative path may climb above where it starts). Separators may be "/"
+// or "\\"; the result joins with "/".
+std::string withDotsResolved(const std::string& directory) {
+  if (directory.empty()) return directory;
+  std::vector<std::string> segments;
+  std::size_t start = 0;
+  while (start <= directory.size()) {
+    std::size_t end = directory.find_first_of("/\\", start);
+    if (end == std::string::npos) end = directory.size();
+    const std::string segment = directory.substr(start, end - start);
+    if (segment == "..") {
+      if (!segments.empty() && segments.back() != ".." && !segments.back().empty()) segments.pop_back();
+      else if (segments.empty() || segments.back() == "..") segments.push_back(segment);
+    } else if (segment != "." && !(segment.empty() && !segments.empty())) {
+      segments.push_back(segment);  // an empty first segment is the root of an absolute path
+    }
+    start = end + 1;
+  }
+  std::string resolved;
+  for (std::size_t i = 0; i < segments.size(); ++i) resolved += (i ? "/" : "") + segments[i];
+  return segments.size() == 1 && segments[0].empty() ? "/" : resolved;
+}
+
 }  // namespace
 
 // Built on first use, so that readers made during static initialisation elsewhere see it.
@@ -435,7 +459,8 @@ void ZrXmlReader::pushInclude(const std::string& host, const std::string& fullNa
   }
   if (!stream || stream->fail()) {
     // The stream that failed is released with the last reference to it, here.
-    Zr::Print::instance().write(Zr::PrintError, "ZrXmlReader Error: not able to open file: %s\n", fullName.c_str());
+    Zr::Print::instance().write(Zr::PrintError, "ZrXmlReader Error: not able to open file: %s\n\tIncluded by: %s\n\tLine: %d\n",
+                                fullName.c_str(), filename().c_str(), lineCountOfFile());
     return;
   }
   std::istream& in = *stream;
@@ -470,14 +495,18 @@ void ZrXmlReader::resolveHref(const std::string& href, std::string& host, std::s
     host = currentHost;
 
   const bool absolute = startsWith(hrefDirectory, "C:") || startsWith(hrefDirectory, "c:") || startsWith(hrefDirectory, "/");
-  if (!absolute && !currentDirectory.empty()) {
+  if (m_theOptions.portableIncludeReferences()) {
+    if (!absolute && !currentDirectory.empty())
+      hrefDirectory = hrefDirectory.empty() ? currentDirectory : currentDirectory + "/" + hrefDirectory;
+    hrefDirectory = withDotsResolved(hrefDirectory);
+  } else if (!absolute && !currentDirectory.empty()) {
     if (!hrefDirectory.empty()) hrefDirectory = "\\" + hrefDirectory;
     hrefDirectory = currentDirectory + hrefDirectory;
   }
 
   fullName.clear();
   if (!host.empty()) fullName += host + "/";
-  if (!hrefDirectory.empty()) fullName += hrefDirectory + "/";
+  if (!hrefDirectory.empty()) fullName += hrefDirectory == "/" ? hrefDirectory : hrefDirectory + "/";
   fullName += hrefFile;
 }
 
