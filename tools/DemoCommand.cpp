@@ -7,6 +7,7 @@
 #include <ZrFormulaDocument.h>
 #include <ZrPrint.h>
 #include <ZrRobotCellDocument.h>
+#include <ZrXmlReader.h>
 
 #include <unistd.h>
 
@@ -67,7 +68,9 @@ int demoCommand(int argc, char** argv, const PrintRouter& router) {
       listValues = true;
     } else if (std::strcmp(argv[i], "--formula") == 0 && !formula) {
       formula = true;
-    } else if (takeWrittenFormOption(argv[i])) {
+    } else if (takeWrittenFormOption(argv[i]) || takeProfileOption(argc, argv, i)) {
+    } else if (std::strcmp(argv[i], "--check-values") == 0) {
+      ZrXmlReader::setDefaultCheckValues(true);
     } else if (formula && std::strchr(argv[i], '=')) {
       usage = !parseBinding(argv[i], bindings);
     } else if (path.empty() && argv[i][0] != '-') {
@@ -77,7 +80,8 @@ int demoCommand(int argc, char** argv, const PrintRouter& router) {
     }
   }
   if (usage || (formula && listValues)) {
-    output("usage: zrxml demo [--values] %s [FILE]\n       zrxml demo --formula [FILE] [NAME=VALUE...]\n",
+    output("usage: zrxml demo [--values] [--profile standard|toolkit] [--check-values] %s [FILE]\n"
+           "       zrxml demo --formula [FILE] [NAME=VALUE...]\n",
            theWrittenFormOptions);
     return ExitUsage;
   }

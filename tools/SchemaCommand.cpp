@@ -69,13 +69,15 @@ int schemaCommand(int argc, char** argv, const PrintRouter& router) {
   for (int i = 0; i < argc && !usage; ++i) {
     if (std::string(argv[i]) == "--namespace-complete")
       ZrXmlWriter::setDefaultNamespaceComplete(true);
+    else if (takeProfileOption(argc, argv, i))
+      continue;
     else if (directory.empty() && argv[i][0] != '-')
       directory = argv[i];
     else
       usage = true;
   }
   if (usage) {
-    output("usage: zrxml schema [--namespace-complete] [DIR]\n");
+    output("usage: zrxml schema [--namespace-complete] [--profile standard|toolkit] [DIR]\n");
     return ExitUsage;
   }
   if (directory.empty()) directory = ".";

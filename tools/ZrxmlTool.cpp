@@ -37,6 +37,21 @@ bool takeWrittenFormOption(const char* argument) {
   return true;
 }
 
+bool takeProfileOption(int argc, char** argv, int& i) {
+  if (std::string(argv[i]) != "--profile" || i + 1 >= argc) return false;
+  const std::string profile = argv[i + 1];
+  if (profile == "standard") {
+    ZrXmlWriter::setDefaultOptions(ZrXmlWriteOptions::standard());
+    ZrXmlReader::setDefaultOptions(ZrXmlReadOptions(ZrXmlReader::defaultOptions()).setExpandReferences(true).setCheckValues(true));
+  } else if (profile == "toolkit") {
+    ZrXmlWriter::setDefaultOptions(ZrXmlWriteOptions::toolkit());
+  } else {
+    return false;
+  }
+  ++i;
+  return true;
+}
+
 PrintRouter::PrintRouter() {
   Zr::Print::instance().setSink([this](int printType, const std::string& message) { route(printType, message); });
 }

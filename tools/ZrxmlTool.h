@@ -34,6 +34,9 @@ int schemaCommand(int argc, char** argv, const PrintRouter& router);
 // The written-form options of the commands that write documents: --namespace-complete, --lossless-reals
 // and --escape-markup switch the writer's class default of the same name on. True when `argument` was one.
 bool takeWrittenFormOption(const char* argument);
+// "--profile standard" or "--profile toolkit" at argv[i]: sets the writer's and the reader's class defaults
+// to that profile and steps i past the name. False, changing nothing, for anything else.
+bool takeProfileOption(int argc, char** argv, int& i);
 extern const char* const theWrittenFormOptions;  // for usage lines
 
 // Puts the directory of the tool's own plug-ins on the library's plug-in search path.
