@@ -198,3 +198,29 @@ TEST(ZrXmlStandardProfile, AwkwardRealsComeBackExactly) {
 }
 
 }  // namespace
+
+namespace {
+
+// A document written with escaped text and read without reference expansion gets one notice, no fault.
+TEST(ZrXmlStandardProfile, ReadingEscapedTextUnexpandedGetsOneNotice) {
+  Sample sample;
+  sample.text = "R&D <beta>";
+  sample.label = "a&b";
+  const std::string document = writeStandard(sample);
+  for (bool expand : {false, true}) {
+    ZrTest::PrintCapture capture;
+    std::istringstream in(document);
+    ZrXmlReader reader("sample.xml", in);
+    reader.setExpandReferences(expand);
+    Sample back;
+    reader.readXml();
+    back.read(reader);
+    reader.finish();
+    EXPECT_EQ(reader.faultCount(), 0u) << capture.all();
+    const std::size_t notices = capture.all().find("read it with the reading option expandReferences") != std::string::npos;
+    EXPECT_EQ(capture.count(), expand ? 0u : 1u) << capture.all();
+    EXPECT_EQ(notices, expand ? 0u : 1u);
+  }
+}
+
+}  // namespace

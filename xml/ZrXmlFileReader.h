@@ -126,6 +126,8 @@ class ZrXmlFileReader {
   std::int64_t lineCount() const;
   // Where reading stands on its line: 1 for the line's first byte, counted in bytes.
   std::int64_t columnOfFile() const;
+  // The bytes read and not yet dropped: at a document's first element, its first block.
+  std::string_view bufferedText() const { return m_theReadBuffer; }
   virtual ZrBoolean nextMatchingEndTag();
   virtual std::string getChildrenAsString();
   virtual std::istream* stream() const;

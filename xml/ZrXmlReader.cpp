@@ -182,10 +182,28 @@ bool ZrXmlReader::FaultWatcher::observe(int printType, const std::string& messag
   return m_theReader->takeNoteOf(printType, message);
 }
 
+// Reading a document with escaped text without expanding references gives "&amp;" where the writer had
+// "&": one notice per document (not a fault) names the setting that reads it back, when its first block
+// declares UTF-8 or holds an "&amp;" or "&lt;".
+void ZrXmlReader::noticeEscapedText() {
+  const std::string_view text = top()->bufferedText();
+  const bool utf8 = text.substr(0, text.find("?>")).find("encoding=\"UTF-8\"") != std::string_view::npos &&
+                    text.rfind("<?xml", 0) == 0;
+  if (!utf8 && text.find("&amp;") == std::string_view::npos && text.find("&lt;") == std::string_view::npos) return;
+  m_theSayingNotice = true;
+  Zr::Print::instance().write(Zr::PrintSizeWarning,
+                              "ZrXmlReader Notice: the document looks written with escaped text (%s), but references "
+                              "are not expanded: read it with the reading option expandReferences "
+                              "(ZrXmlReadOptions::standard()).\n\tFile: %s\n",
+                              utf8 ? "it declares UTF-8" : "it holds &amp; or &lt; references", filename().c_str());
+  m_theSayingNotice = false;
+}
+
 // Faults are noted; a report past the printing cap is kept from the sink, and its detail lines with it.
 bool ZrXmlReader::takeNoteOf(int printType, const std::string& message) {
   const bool detailLine = !message.empty() && message[0] == '\t';
   if (detailLine) return m_thePrintingReport;
+  if (m_theSayingNotice) return true;
   const bool fault = printType == Zr::PrintSizeWarning || printType == Zr::PrintError || printType == Zr::PrintPluginError;
   m_thePrintingReport = true;
   if (!fault) return true;
@@ -239,6 +257,7 @@ int ZrXmlReader::readXml() {
   if (m_theVersionCheckPending) {
     m_theVersionCheckPending = false;
     m_theVersionFlag = checkVersion();
+    if (!m_theOptions.expandReferences()) noticeEscapedText();
   }
   return top()->ZrXmlFileReader::mode();
 }

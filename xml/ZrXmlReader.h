@@ -259,6 +259,8 @@ class ZrXmlReader {
     ZrXmlReader* m_theReader;
   };
   bool takeNoteOf(int printType, const std::string& message);
+  void noticeEscapedText();
+  bool m_theSayingNotice = false;  // a notice is printed: no fault
   void sayUnprintedFaults();
 
   std::deque<OpenDocument> m_theFileReaders;  // bottom: the opened document; top: answers every query
