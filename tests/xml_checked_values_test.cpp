@@ -5,8 +5,11 @@
 #include <ZrTestSupport.h>
 #include <ZrXmlBasicType.h>
 #include <ZrXmlCompoundType.h>
+#include <ZrXmlOrientation.h>
 #include <ZrXmlReader.h>
+#include <ZrXmlVector.h>
 #include <ZrXmlVectorType.h>
+#include <ZrXmlVectorVector.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -33,6 +36,9 @@ class Belt : public ZrXmlCompoundType {
     registerComponent(ZrToken("urn:belt", "length"), &length);
     registerComponent(ZrToken("urn:belt", "zones"), &zones);
     registerComponent(ZrToken("urn:belt", "name"), &name);
+    registerComponent(ZrToken("urn:belt", "pos"), &pos);
+    registerComponent(ZrToken("urn:belt", "turn"), &turn);
+    registerComponent(ZrToken("urn:belt", "points"), &points);
   }
 
   ZrXmlBasicType<unsigned int> id;
@@ -45,6 +51,9 @@ class Belt : public ZrXmlCompoundType {
   ZrXmlBasicType<ZrNonNegReal> length;
   ZrXmlVectorType<ZrXmlBasicType<double>> zones;
   ZrXmlBasicType<std::string> name;
+  ZrXmlVector pos;
+  ZrXmlOrientation turn;
+  ZrXmlVectorVector points;
 };
 
 struct Read {
@@ -82,6 +91,11 @@ const Row theRows[] = {
     {"><length>-2</length>", "-2"},
     {"><zones size=\"3\"><group>1 x 3</group></zones>", "x"},
     {"><zones size=\"three\"><group>1 2 3</group></zones>", "three"},
+    {"><pos x=\"1\" y=\"2\" w=\"3\"/>", "3"},
+    {"><pos x=\"1\" y=\"a\" z=\"3\"/>", "a"},
+    {"><turn q0=\"1\" q1=\"0\" q2=\"0\" q3=\"0x\"/>", "0x"},
+    {"><points size=\"1\"><element x=\"1\" y=\"2\" z=\"3.3.3\"/></points>", "3.3.3"},
+    {"><points size=\"1\"><element x=\"1\" y=\"2\" z=\"3\" w=\"4\"/></points>", "4"},
     {"><speed>2.5</speed><stations>7</stations><running>1</running>", ""},
     {" id=\"4\" poles=\"-3\"><incline>0.5</incline><length>2</length><name>  any text  </name>", ""},
 };
@@ -103,6 +117,20 @@ TEST(ZrXmlCheckedValues, EveryFaultyTextIsReportedOnlyWhenChecked) {
     EXPECT_EQ(checked.stations.value(), unchecked.stations.value());
     EXPECT_EQ(checked.id.value(), unchecked.id.value());
   }
+}
+
+// A point that lacks a component is reported and read by name: the later points keep their values.
+TEST(ZrXmlCheckedValues, APointWithoutAComponentShiftsNothing) {
+  Belt belt;
+  const Read read =
+      readBelt("><points size=\"2\"><element x=\"1\" z=\"3\"/><element x=\"4\" y=\"5\" z=\"6\"/></points>", true, belt);
+  EXPECT_EQ(read.faults, 1u) << read.printed;
+  EXPECT_NE(read.printed.find("Attribute y"), std::string::npos) << read.printed;
+  ASSERT_EQ(belt.points.size(), 2u);
+  EXPECT_EQ(belt.points.vectorContainer()[0].y(), 0.0);
+  EXPECT_EQ(belt.points.vectorContainer()[0].z(), 3.0);
+  EXPECT_EQ(belt.points.vectorContainer()[1].x(), 4.0);
+  EXPECT_EQ(belt.points.vectorContainer()[1].z(), 6.0);
 }
 
 TEST(ZrXmlCheckedValues, CheckedBoolsReadTheSchemaWords) {

@@ -46,9 +46,5 @@ bool ZrBaseXmlBasicType::checksValues(const ZrXmlReader& reader) { return reader
 
 void ZrBaseXmlBasicType::reportFaultyValue(ZrXmlReader& reader, bool attribute, const std::string& name,
                                            const std::string& text, const char* typeName) {
-  Zr::Print::instance().write(Zr::PrintError,
-                              "ZrXmlBasicType Error: value not valid.\n\t%s %s holds \"%s\", which is not a whole "
-                              "value of type %s.\n\tFile: %s\n\tLine: %d\n",
-                              attribute ? "Attribute" : "Element", name.c_str(), text.c_str(), typeName,
-                              reader.filename().c_str(), reader.lineCountOfFile());
+  reader.reportFaultyValue(attribute, name, text, typeName);
 }

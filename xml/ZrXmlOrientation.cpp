@@ -56,9 +56,12 @@ ZrBoolean ZrXmlOrientation::read(ZrXmlReader& reader) {
   double components[componentCount] = {0.0, 0.0, 0.0, 0.0};
   const int mode = reader.mode();
   if (mode == startTagMode || mode == emptyElementMode) {
+    const bool checking = reader.options().checkValues();
     for (ZrU32 position = 0; position < count; ++position) {
       const int index = componentIndex(reader.attributeName());  // before the value: taking it removes the name
+      const std::string name = checking ? reader.attributeName().tokenText() : std::string();
       const std::string& text = reader.attributeValue();
+      if (checking) ZrXmlVector::checkComponent(reader, name, text, index >= 0 ? nullptr : "component q0, q1, q2 or q3");
       if (index >= 0) components[index] = std::strtod(text.c_str(), nullptr);
     }
   }

@@ -79,6 +79,15 @@ void ZrXmlReader::setDefaultMaxIncludedDocuments(ZrU32 count) { readerClassDefau
 void ZrXmlReader::setDefaultMaxIncludedBytes(std::uint64_t bytes) { readerClassDefaults().setMaxIncludedBytes(bytes); }
 void ZrXmlReader::setDefaultHttpIncludesAllowed(bool allowed) { readerClassDefaults().setHttpIncludesAllowed(allowed); }
 void ZrXmlReader::setDefaultCheckValues(bool flag) { readerClassDefaults().setCheckValues(flag); }
+
+void ZrXmlReader::reportFaultyValue(bool attribute, const std::string& name, const std::string& text,
+                                    const char* typeName) {
+  Zr::Print::instance().write(Zr::PrintError,
+                              "ZrXmlReader Error: value not valid.\n\t%s %s holds \"%s\", which is not a whole "
+                              "value of type %s.\n\tFile: %s\n\tLine: %d\n",
+                              attribute ? "Attribute" : "Element", name.c_str(), text.c_str(), typeName,
+                              filename().c_str(), lineCountOfFile());
+}
 void ZrXmlReader::setDefaultPortableIncludeReferences(bool flag) {
   readerClassDefaults().setPortableIncludeReferences(flag);
 }

@@ -150,6 +150,8 @@ class ZrXmlReader {
   bool checkValues() const { return m_theOptions.checkValues(); }
   static bool defaultCheckValues() { return defaultOptions().checkValues(); }
   static void setDefaultCheckValues(bool flag);
+  // The report of a checked value: the element or attribute, the text, and what it should have been.
+  void reportFaultyValue(bool attribute, const std::string& name, const std::string& text, const char* typeName);
   // Portable include references (off by default): a relative reference is joined to the including
   // document's directory with "/" and its "." and ".." resolved, whatever the including document was
   // called. Off, the toolkit's joint applies.

@@ -66,6 +66,15 @@ ZrXmlObject* ZrXmlVector::clone() const { return new ZrXmlVector(*this); }
 // The attributes are taken in the order the reader hands them out; the plausibility test looks at the
 // component of the attribute's position, not at the one the attribute named. Reading does not go
 // through the base read, so the object's flags are left as they were.
+// Checked values: a component attribute is reported when its name is none of the components (wanted
+// lists them) or its text is not a whole number.
+void ZrXmlVector::checkComponent(ZrXmlReader& reader, const std::string& name, const std::string& text,
+                                 const char* wanted) {
+  double number = 0.0;
+  if (wanted) reader.reportFaultyValue(true, name, text, wanted);
+  else if (!ZrSTRING2DOUBLE(text, number)) reader.reportFaultyValue(true, name, text, "double");
+}
+
 ZrBoolean ZrXmlVector::read(ZrXmlReader& reader) {
   const ZrU32 count = reader.remainingNumOfAttributes();
   ZrBoolean result = true;
@@ -77,9 +86,12 @@ ZrBoolean ZrXmlVector::read(ZrXmlReader& reader) {
   const int mode = reader.mode();
   if ((mode == startTagMode || mode == emptyElementMode) && count != 0) {
     double components[componentCount] = {m_theValue.x(), m_theValue.y(), m_theValue.z()};
+    const bool checking = reader.options().checkValues();
     for (ZrU32 position = 0; position < count; ++position) {
       const int index = componentIndex(reader.attributeName());  // before the value: taking it removes the name
+      const std::string name = checking ? reader.attributeName().tokenText() : std::string();
       const std::string& text = reader.attributeValue();
+      if (checking) checkComponent(reader, name, text, index >= 0 ? nullptr : "component x, y or z");
       if (index >= 0) components[index] = std::strtod(text.c_str(), nullptr);
       if (position < componentCount && components[position] == 0.0 && (text.empty() || text[0] != '0')) result = false;
     }

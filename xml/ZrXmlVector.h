@@ -33,6 +33,9 @@ class ZrXmlVector : public ZrXmlObject {
   void accept(ZrXmlObjectVisitor* visitor) const override;
   ZrXmlObject* clone() const override;
   ZrBoolean read(ZrXmlReader& reader) override;
+  // With checked values, reports a component attribute whose name is no component (wanted says which
+  // are) or whose text is not a whole number. Orientations and arrays of vectors check theirs through it.
+  static void checkComponent(ZrXmlReader& reader, const std::string& name, const std::string& text, const char* wanted);
   ZrBoolean write(ZrXmlWriter& writer) const override;
   ZrBoolean writeSchema(ZrXmlSchema& schema) const override;
   ZrBoolean equality(const ZrXmlObject* other) const override;

@@ -44,7 +44,9 @@ ZrBoolean ZrXmlVectorVector::read(ZrXmlReader& reader) {
   const ZrU32 announced = announcedCount(reader.attributeValue());
   const bool hasChildren = reader.mode() == startTagMode;
   m_theVectors.clear();
-  if (hasChildren && announced != 0) {
+  if (hasChildren && reader.options().checkValues()) {
+    readCheckedPoints(reader);  // up to and with the end tag
+  } else if (hasChildren && announced != 0) {
     m_theVectors.reserve(std::min(announced, m_theMaxReserve));
     for (ZrU32 index = 0; index < announced; ++index) {
       double components[3];
@@ -64,8 +66,33 @@ ZrBoolean ZrXmlVectorVector::read(ZrXmlReader& reader) {
         << "ZrXmlVectorVector Warning: array size not equal to attribute value -- " << announced << ", actual -- "
         << m_theVectors.size() << "\nFilename: " << reader.filename() << ", Line count: " << reader.lineCountOfFile()
         << '\n';
-  if (hasChildren) reader.nextMatchingEndTag();
+  if (hasChildren && !reader.options().checkValues()) reader.nextMatchingEndTag();
   return true;
+}
+
+// Checked values: each point's components are taken by name, so that a missing one is reported and the
+// later ones stay where they belong; missing components are 0.
+void ZrXmlVectorVector::readCheckedPoints(ZrXmlReader& reader) {
+  static const ZrToken* const theComponents[] = {&ZrXml::ZrVectorXToken, &ZrXml::ZrVectorYToken, &ZrXml::ZrVectorZToken};
+  for (int mode = reader.readXml(); mode == startTagMode || mode == ZrXmlMode::emptyElement; mode = reader.readXml()) {
+    double components[3] = {0.0, 0.0, 0.0};
+    for (int index = 0; index < 3; ++index) {
+      const std::string& name = theComponents[index]->tokenText();
+      if (reader.attributeName(*theComponents[index]) != *theComponents[index]) {
+        reader.reportFaultyValue(true, name, "", "double (the attribute is missing)");
+        continue;
+      }
+      const std::string& text = reader.attributeValue(*theComponents[index]);
+      components[index] = ZrSTRING2DOUBLE(text);
+      ZrXmlVector::checkComponent(reader, name, text, nullptr);
+    }
+    while (reader.remainingNumOfAttributes() != 0) {
+      const std::string name = reader.attributeName().tokenText();
+      ZrXmlVector::checkComponent(reader, name, reader.attributeValue(), "component x, y or z");
+    }
+    m_theVectors.emplace_back(components[0], components[1], components[2]);
+    if (mode == startTagMode) reader.nextMatchingEndTag();
+  }
 }
 
 ZrBoolean ZrXmlVectorVector::write(ZrXmlWriter& writer) const {

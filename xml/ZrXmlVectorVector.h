@@ -65,6 +65,7 @@ class ZrXmlVectorVector : public ZrXmlObject {
   static const ZrToken& classToken();
 
  private:
+  void readCheckedPoints(ZrXmlReader& reader);
   VectorContainer m_theVectors;
 };
 
