@@ -225,6 +225,7 @@ bool ZrXmlReader::takeNoteOf(int printType, const std::string& message) {
 void ZrXmlReader::noteFault(int printType, const std::string& message) {
   ++m_theFaultCount;
   m_theLastFault = message;
+  if (m_theFaults.size() >= m_theMaxFaultRecords) return;
   ZrXmlFault fault;
   if (ZrXmlFileReader* document = top()) {
     fault.file = document->ZrXmlFileReader::filename();

@@ -190,7 +190,10 @@ class ZrXmlReader {
   // prints it elsewhere) counts it through noteFault, the one place every counted fault goes through.
   //
   // At most maxPrintedFaults() faults of one read are printed (default 1000, a read setting); later ones
-  // are counted and recorded only, and finish() says in one line how many were left out.
+  // are counted and recorded only, and finish() says in one line how many were left out. The first
+  // m_theMaxFaultRecords faults are recorded; a document of millions of faults is counted beyond them, so
+  // that the records cannot outgrow the document.
+  static const std::size_t m_theMaxFaultRecords = 100000;
   ZrU32 faultCount() const { return m_theFaultCount; }
   const std::string& lastFault() const { return m_theLastFault; }
   const std::vector<ZrXmlFault>& faults() const { return m_theFaults; }
