@@ -84,3 +84,11 @@ if(TARGET zrxml)
            COMMAND sh -c "ZR_PLUGIN_PATH=relative/dir '$<TARGET_FILE:zrxml>' demo --formula >/dev/null 2>err.relative; \
 s=$?; test $s -eq 0 && grep -q 'relative directory in ZR_PLUGIN_PATH ignored' err.relative")
 endif()
+
+# A closed pipe on standard output ends a command at once with a report and exit 1, not by signal.
+find_package(Python3 COMPONENTS Interpreter)
+if(TARGET zrxml AND Python3_Interpreter_FOUND)
+  add_test(NAME zrxml.closedPipeIsReportedAtOnce
+           COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/tools/expectClosedPipe.py $<TARGET_FILE:zrxml>
+                   ${CMAKE_CURRENT_BINARY_DIR}/closedPipe ${PROJECT_SOURCE_DIR}/samples)
+endif()
