@@ -474,6 +474,8 @@ void ZrXmlFileReader::copyFrom(const ZrXmlFileReader& other) {
   m_theStartRead = other.m_theStartRead;
   m_theUnsupportedEncoding = other.m_theUnsupportedEncoding;
   m_theMarkupSeen = other.m_theMarkupSeen;
+  m_theResumeFilename = other.m_theResumeFilename;
+  m_theResumeLine = other.m_theResumeLine;
   m_theChecker.reset(other.m_theChecker ? new ZrXmlWellFormednessChecker(*other.m_theChecker, *this) : nullptr);
   rebaseAttributes(other);
 }
@@ -991,6 +993,7 @@ int ZrXmlFileReader::nextEvent() {
       bool found = nextMatchingEndTag();
       m_theSearchingEndTag = false;
       type = found ? 0 : 5;
+      if (found && !m_theElementStack.empty() && !m_theResumeFilename.empty()) reportSkippedRest();
     }
     if (contentRead) {
       if (type == 2) {
@@ -1003,6 +1006,16 @@ int ZrXmlFileReader::nextEvent() {
     }
     return type;
   }
+}
+
+// The end of input that a white-space-only tag's search gave ends an included document with elements
+// still open: a detail line of that tag's report says what is lost.
+void ZrXmlFileReader::reportSkippedRest() const {
+  Zr::Print::instance().write(Zr::PrintError,
+                              "\tThe rest of this document, from line %lld, was skipped; reading goes on in %s after "
+                              "the include element on line %lld.\n",
+                              static_cast<long long>(lineCount()), m_theResumeFilename.c_str(),
+                              static_cast<long long>(m_theResumeLine));
 }
 
 // ---------------------------------------------------------------------------------------------------------

@@ -204,6 +204,16 @@ class ZrXmlFileReader {
   void setMaxBytes(std::uint64_t bytes) { m_theMaxBytes = bytes; }
   std::uint64_t bytesRead() const { return m_theBytesRead; }
 
+  // Where reading goes on when this document is left before its end: the including document's name and
+  // the line of its include element (set by the reader for an included document). A white-space-only
+  // tag whose search for the end tag leaves elements open gives the end of input (mode 0), and an
+  // included document ends there; its report then says that the rest of the document was skipped, from
+  // which line, and where reading goes on.
+  void setResumePoint(const std::string& filename, std::int64_t line) {
+    m_theResumeFilename = filename;
+    m_theResumeLine = line;
+  }
+
   // A block cut by a NUL byte is reported; after this many reports the document is taken to be no text
   // (a device, a binary file) and reading stops.
   static const unsigned m_theMaxNulReports = 100;
@@ -259,6 +269,7 @@ class ZrXmlFileReader {
   bool expanding() const { return m_theExpandReferences || m_theChecker; }
   bool mayOpenElement();
   void stopReading();
+  void reportSkippedRest() const;
 
   // Strict mode.
   std::size_t strictTagEnd(std::size_t close);
@@ -351,6 +362,8 @@ class ZrXmlFileReader {
   std::unique_ptr<ZrXmlWellFormednessChecker> m_theChecker;  // in strict mode only
   std::string m_theScratch;       // passed-over text whose references strict mode checks
   bool m_theTagSuspect = true;    // the tag read last may hold '<' or a control character
+  std::string m_theResumeFilename;  // the including document, for an included one
+  std::int64_t m_theResumeLine = 0;
 
   static std::size_t m_theMaxTokenSize;
   static bool m_theDefaultExpandReferences;

@@ -387,9 +387,12 @@ void ZrXmlReader::pushInclude(const std::string& host, const std::string& fullNa
   }
   std::istream& in = *stream;
   const std::uint64_t bytesLeft = m_theMaxIncludedBytes - includedBytes();
+  const std::string includingName = filename();
+  const std::int64_t includeLine = top()->lineCount();
   m_theFileReaders.emplace_back(fullName, in, std::move(stream));
   forgetTop();
   applyReadingOptions(*top());
+  top()->setResumePoint(includingName, includeLine);
   top()->ZrXmlFileReader::setMaxBytes(bytesLeft);
   ++m_theIncludedDocuments;
 }
