@@ -1,3 +1,4 @@
+// Test label: threads
 #include <ZrFileReplace.h>
 #include <ZrTestSupport.h>
 
