@@ -72,7 +72,7 @@ bool hostAllowed(const std::string& host) {
 // paused and resumed only once the reader has consumed the window.
 class ZrHttpStreamBuffer : public std::streambuf {
  public:
-  ZrHttpStreamBuffer(std::istream& owner, const char* url);
+  ZrHttpStreamBuffer(std::istream& owner, const char* url, long timeoutMs);
   ~ZrHttpStreamBuffer() override;
   ZrHttpStreamBuffer(const ZrHttpStreamBuffer&) = delete;
   ZrHttpStreamBuffer& operator=(const ZrHttpStreamBuffer&) = delete;
@@ -114,11 +114,13 @@ class ZrHttpStreamBuffer : public std::streambuf {
   unsigned long long m_theReceived;
   unsigned long long m_theMaxBodySize;
   long m_theStallTimeoutMs;
+  long m_theConnectTimeoutMs;
+  long m_theTimeoutMs;
   std::chrono::steady_clock::time_point m_theLastActivity;  // when a byte last arrived or the wait began
   char m_theErrorText[CURL_ERROR_SIZE];
 };
 
-ZrHttpStreamBuffer::ZrHttpStreamBuffer(std::istream& owner, const char* url)
+ZrHttpStreamBuffer::ZrHttpStreamBuffer(std::istream& owner, const char* url, long timeoutMs)
     : m_theOwner(owner),
       m_theUrl(url ? url : ""),
       m_theEasy(nullptr),
@@ -133,7 +135,16 @@ ZrHttpStreamBuffer::ZrHttpStreamBuffer(std::istream& owner, const char* url)
       m_theReceived(0),
       m_theMaxBodySize(httpDefaults().maxBodySize),
       m_theStallTimeoutMs(httpDefaults().stallTimeoutMs),
+      m_theConnectTimeoutMs(httpDefaults().connectTimeoutMs),
+      m_theTimeoutMs(httpDefaults().timeoutMs),
       m_theLastActivity(std::chrono::steady_clock::now()) {
+  // A time-out of 0 means none, so the shorter of two is the smaller non-zero one.
+  const auto shorter = [timeoutMs](long defaultMs) { return defaultMs <= 0 || defaultMs > timeoutMs ? timeoutMs : defaultMs; };
+  if (timeoutMs > 0) {
+    m_theStallTimeoutMs = shorter(m_theStallTimeoutMs);
+    m_theConnectTimeoutMs = shorter(m_theConnectTimeoutMs);
+    m_theTimeoutMs = shorter(m_theTimeoutMs);
+  }
   m_theErrorText[0] = '\0';
   m_theWindow.reserve(theWindowHighWater + CURL_MAX_WRITE_SIZE);
 }
@@ -155,8 +166,8 @@ void ZrHttpStreamBuffer::configure() {
   curl_easy_setopt(m_theEasy, CURLOPT_NOSIGNAL, 1L);  // a library must not take SIGALRM from its host
   curl_easy_setopt(m_theEasy, CURLOPT_USERAGENT, "zrXml");
   curl_easy_setopt(m_theEasy, CURLOPT_ERRORBUFFER, m_theErrorText);
-  curl_easy_setopt(m_theEasy, CURLOPT_CONNECTTIMEOUT_MS, defaults.connectTimeoutMs);
-  curl_easy_setopt(m_theEasy, CURLOPT_TIMEOUT_MS, defaults.timeoutMs);
+  curl_easy_setopt(m_theEasy, CURLOPT_CONNECTTIMEOUT_MS, m_theConnectTimeoutMs);
+  curl_easy_setopt(m_theEasy, CURLOPT_TIMEOUT_MS, m_theTimeoutMs);
   curl_easy_setopt(m_theEasy, CURLOPT_WRITEFUNCTION, &ZrHttpStreamBuffer::receiveBody);
   curl_easy_setopt(m_theEasy, CURLOPT_WRITEDATA, this);
   curl_easy_setopt(m_theEasy, CURLOPT_HEADERFUNCTION, &ZrHttpStreamBuffer::receiveHeader);
@@ -330,8 +341,10 @@ size_t ZrHttpStreamBuffer::receiveHeader(char* data, size_t size, size_t count, 
   return bytes;
 }
 
-ZrIfHttpStream::ZrIfHttpStream(const char* url, int /*openMode*/) : std::istream(nullptr) {
-  m_theBuffer.reset(new ZrHttpStreamBuffer(*this, url));
+ZrIfHttpStream::ZrIfHttpStream(const char* url, int openMode) : ZrIfHttpStream(url, openMode, 0) {}
+
+ZrIfHttpStream::ZrIfHttpStream(const char* url, int /*openMode*/, long timeoutMs) : std::istream(nullptr) {
+  m_theBuffer.reset(new ZrHttpStreamBuffer(*this, url, timeoutMs));
   rdbuf(m_theBuffer.get());  // also clears the bad bit that the null buffer set
   if (!m_theBuffer->open()) setstate(std::ios::failbit);
 }

@@ -24,6 +24,10 @@ class ZrHttpStreamBuffer;
 class ZrIfHttpStream : public std::istream {
  public:
   ZrIfHttpStream(const char* url, int openMode);
+  // The same, with the transfer (connecting included) ended after timeoutMs milliseconds at the latest,
+  // when that is shorter than the class defaults; 0 for the defaults alone. A reader gives an included
+  // document what is left of its read's time.
+  ZrIfHttpStream(const char* url, int openMode, long timeoutMs);
   ~ZrIfHttpStream() override;
   ZrIfHttpStream(const ZrIfHttpStream&) = delete;
   ZrIfHttpStream& operator=(const ZrIfHttpStream&) = delete;

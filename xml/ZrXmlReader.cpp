@@ -5,6 +5,7 @@
 #include <ZrIfHttpStream.h>
 #include <ZrPrint.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <typeinfo>
@@ -46,6 +47,9 @@ unsigned short majorVersion(const std::string& version) {
 bool ZrXmlReader::m_theDefaultHttpIncludesAllowed = true;
 ZrU32 ZrXmlReader::m_theDefaultMaxIncludedDocuments = 10000;
 std::uint64_t ZrXmlReader::m_theDefaultMaxIncludedBytes = std::uint64_t(4) << 30;
+std::uint64_t ZrXmlReader::m_theDefaultMaxReadMemory = std::uint64_t(1) << 30;
+std::uint64_t ZrXmlReader::m_theDefaultMaxReadMilliseconds = 0;
+std::uint64_t ZrXmlReader::m_theDefaultMaxHttpReadMilliseconds = 30 * 60 * 1000;
 
 ZrXmlReader::ZrXmlReader()
     : m_theVersionCheckPending(true),
@@ -57,6 +61,7 @@ ZrXmlReader::ZrXmlReader(const std::string& filename, std::istream& stream) : Zr
   becomeReadingReader();  // the file reader may report a fault as it is built
   m_theFileReaders.emplace_back(filename, stream, nullptr);
   forgetTop();
+  startRead(stream);
 }
 
 // Copies take the open documents (each file reader copied, the included streams shared), both flags,
@@ -111,6 +116,70 @@ void ZrXmlReader::open(const std::string& filename, std::istream& stream) {
   applyReadingOptions(*top());
   m_theVersionCheckPending = true;
   m_theVersionFlag = true;
+  startRead(stream);
+}
+
+// The budgets of the read count from here. A stream over HTTP brings the read under the HTTP time budget.
+void ZrXmlReader::startRead(std::istream& stream) {
+  m_theReadStart = std::chrono::steady_clock::now();
+  m_theReadStopped = false;
+  m_theHttpRead = dynamic_cast<ZrIfHttpStream*>(&stream) != nullptr;
+  applyBudgets();
+}
+
+void ZrXmlReader::setMaxReadMemory(std::uint64_t bytes) {
+  m_theMaxReadMemory = bytes;
+  applyBudgets();
+}
+
+void ZrXmlReader::setMaxReadMilliseconds(std::uint64_t milliseconds) {
+  m_theMaxReadMilliseconds = milliseconds;
+  applyBudgets();
+}
+
+void ZrXmlReader::setMaxHttpReadMilliseconds(std::uint64_t milliseconds) {
+  m_theMaxHttpReadMilliseconds = milliseconds;
+  applyBudgets();
+}
+
+// The time the read may take: the smaller of the limits in force, 0 for none.
+std::uint64_t ZrXmlReader::readTimeLimit() const {
+  std::uint64_t limit = m_theMaxReadMilliseconds;
+  const std::uint64_t http = m_theHttpRead ? m_theMaxHttpReadMilliseconds : 0;
+  if (http != 0 && (limit == 0 || http < limit)) limit = http;
+  return limit;
+}
+
+std::chrono::steady_clock::time_point ZrXmlReader::deadline() const {
+  return m_theReadStart + std::chrono::milliseconds(readTimeLimit());
+}
+
+// Each document may hold what the documents below it leave of the memory budget: those are not read
+// while it is open, so what they hold stays as it is.
+void ZrXmlReader::applyBudgets() {
+  const std::uint64_t limit = readTimeLimit();
+  const std::chrono::steady_clock::time_point end = deadline();
+  std::uint64_t heldBelow = 0;
+  for (OpenDocument& document : m_theFileReaders) {
+    document.reader.setMemoryBudget(m_theMaxReadMemory, heldBelow);
+    document.reader.setTimeBudget(end, limit);
+    heldBelow += document.reader.heldBytes();
+  }
+}
+
+std::uint64_t ZrXmlReader::heldBytes() const {
+  std::uint64_t held = 0;
+  for (const OpenDocument& document : m_theFileReaders) held += document.reader.heldBytes();
+  return held;
+}
+
+// Every document ends where it stands, without further reports: the read is over.
+void ZrXmlReader::stopRead() {
+  m_theReadStopped = true;
+  for (OpenDocument& document : m_theFileReaders) {
+    document.reader.abandon();
+    document.truncationReported = true;
+  }
 }
 
 // Every readXml() comes here: the print facility is asked for once, and the watcher raised only when
@@ -155,7 +224,10 @@ int ZrXmlReader::readXml() {
   if (isOrdinaryItem(mode)) return mode;
   // Each turn consumes an item of some document or closes one, so the loop ends with the input.
   for (;;) {
-    if (mode == 0) reportTruncation(m_theFileReaders.back());
+    if (mode == 0) {
+      if (top()->budgetExhausted() && !m_theReadStopped) stopRead();  // the document reported it
+      reportTruncation(m_theFileReaders.back());
+    }
     if (!openFileTest() && !closeFileTest()) break;
     mode = top()->ZrXmlFileReader::readXml();
   }
@@ -329,12 +401,18 @@ void ZrXmlReader::followInclude(int currentMode) {
                                 filename().c_str(), lineCountOfFile());
 
   const bool mayOpen = syntaxCorrect && mayOpenInclude(host, fullName);
-  if (currentMode == 1) top()->ZrXmlFileReader::nextMatchingEndTag();
+  if (currentMode == 1 && !m_theReadStopped) top()->ZrXmlFileReader::nextMatchingEndTag();
   if (mayOpen) pushInclude(host, fullName);
 }
 
 // Checks the limits of this reader, each refusal reported in the including document's position.
 bool ZrXmlReader::mayOpenInclude(const std::string& host, const std::string& fullName) {
+  if (m_theReadStopped) return false;
+  if (!host.empty() && m_theHttpIncludesAllowed && !m_theHttpRead) {
+    m_theHttpRead = true;  // the read comes under the HTTP time budget
+    applyBudgets();
+  }
+  if (!withinReadBudgets(fullName)) return false;
   if (!host.empty() && !m_theHttpIncludesAllowed) {
     includeError("HTTP includes are switched off; include skipped", fullName);
     return false;
@@ -364,7 +442,29 @@ bool ZrXmlReader::mayOpenInclude(const std::string& host, const std::string& ful
   return true;
 }
 
+// The time and memory budgets of the whole read, looked at before an include is opened: past either, the
+// read stops here.
+bool ZrXmlReader::withinReadBudgets(const std::string& fullName) {
+  const std::uint64_t limit = readTimeLimit();
+  if (limit != 0 && std::chrono::steady_clock::now() >= deadline()) {
+    const std::string what = "the read took longer than " + std::to_string(limit) + " milliseconds; the read stops";
+    includeError(what.c_str(), fullName);
+    stopRead();
+    return false;
+  }
+  top()->releaseConsumed();
+  if (m_theMaxReadMemory != 0 && heldBytes() >= m_theMaxReadMemory) {
+    const std::string what =
+        "the documents being read hold more than " + std::to_string(m_theMaxReadMemory) + " bytes; the read stops";
+    includeError(what.c_str(), fullName);
+    stopRead();
+    return false;
+  }
+  return true;
+}
+
 void ZrXmlReader::pushInclude(const std::string& host, const std::string& fullName) {
+  ++m_theIncludedDocuments;  // an attempt counts, whether the document opens or not
   std::shared_ptr<std::istream> stream;
   if (host.empty()) {
     // Looked at without being opened: opening a FIFO blocks, and a device (/dev/zero) never ends. A
@@ -378,7 +478,13 @@ void ZrXmlReader::pushInclude(const std::string& host, const std::string& fullNa
     }
     if (!directory) stream = std::make_shared<std::ifstream>(fullName, std::ios::in);
   } else {
-    stream = std::make_shared<ZrIfHttpStream>(fullName.c_str(), std::ios::in);
+    // The document may take what is left of the read's time.
+    long timeLeftMs = 0;
+    if (readTimeLimit() != 0) {
+      const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline() - std::chrono::steady_clock::now());
+      timeLeftMs = std::max<long>(1, static_cast<long>(left.count()));
+    }
+    stream = std::make_shared<ZrIfHttpStream>(fullName.c_str(), std::ios::in, timeLeftMs);
   }
   if (!stream || stream->fail()) {
     // The stream that failed is released with the last reference to it, here.
@@ -394,7 +500,7 @@ void ZrXmlReader::pushInclude(const std::string& host, const std::string& fullNa
   applyReadingOptions(*top());
   top()->setResumePoint(includingName, includeLine);
   top()->ZrXmlFileReader::setMaxBytes(bytesLeft);
-  ++m_theIncludedDocuments;
+  applyBudgets();
 }
 
 // Bytes read through includes: those of the included documents closed, and of those still open.

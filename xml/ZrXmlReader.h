@@ -5,6 +5,7 @@
 #include <ZrTypes.h>
 #include <ZrXmlFileReader.h>
 
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <istream>
@@ -115,7 +116,36 @@ class ZrXmlReader {
   static void setDefaultMaxIncludedDocuments(ZrU32 count) { m_theDefaultMaxIncludedDocuments = count; }
   static std::uint64_t defaultMaxIncludedBytes() { return m_theDefaultMaxIncludedBytes; }
   static void setDefaultMaxIncludedBytes(std::uint64_t bytes) { m_theDefaultMaxIncludedBytes = bytes; }
+  // Include attempts since open(): every include that passed the limits above and was tried, whether
+  // its document opened or not (a missing file, a server that does not answer), counts against the
+  // included-documents budget.
   ZrU32 includedDocuments() const { return m_theIncludedDocuments; }
+
+  // The budgets of a whole read, counted from construction or open(). Memory: the documents being read
+  // may hold at most this many bytes at once (an estimate: their buffers, open elements and namespace
+  // declarations; default 1 GiB, 0 for none); an including document lets go of what it has consumed
+  // before its include is opened. Time: a read ends after this many milliseconds (default none), and a
+  // read that takes a document over HTTP (the opened one or an include) after the HTTP figure (default
+  // 30 minutes, 0 for none); each HTTP document is given only the time left. Past either, the budget is
+  // reported with file and line and the read stops: every document ends, and readXml() gives the end of
+  // input (readStopped() tells).
+  void setMaxReadMemory(std::uint64_t bytes);
+  std::uint64_t maxReadMemory() const { return m_theMaxReadMemory; }
+  static std::uint64_t defaultMaxReadMemory() { return m_theDefaultMaxReadMemory; }
+  static void setDefaultMaxReadMemory(std::uint64_t bytes) { m_theDefaultMaxReadMemory = bytes; }
+  void setMaxReadMilliseconds(std::uint64_t milliseconds);
+  std::uint64_t maxReadMilliseconds() const { return m_theMaxReadMilliseconds; }
+  static std::uint64_t defaultMaxReadMilliseconds() { return m_theDefaultMaxReadMilliseconds; }
+  static void setDefaultMaxReadMilliseconds(std::uint64_t milliseconds) { m_theDefaultMaxReadMilliseconds = milliseconds; }
+  void setMaxHttpReadMilliseconds(std::uint64_t milliseconds);
+  std::uint64_t maxHttpReadMilliseconds() const { return m_theMaxHttpReadMilliseconds; }
+  static std::uint64_t defaultMaxHttpReadMilliseconds() { return m_theDefaultMaxHttpReadMilliseconds; }
+  static void setDefaultMaxHttpReadMilliseconds(std::uint64_t milliseconds) {
+    m_theDefaultMaxHttpReadMilliseconds = milliseconds;
+  }
+  bool readStopped() const { return m_theReadStopped; }
+  // What the documents being read hold now (the estimate the memory budget is measured by).
+  std::uint64_t heldBytes() const;
   void setHttpIncludesAllowed(bool allowed) { m_theHttpIncludesAllowed = allowed; }
   bool httpIncludesAllowed() const { return m_theHttpIncludesAllowed; }
   // What new readers start with; a program that must never reach the network (a fuzzer, a sandboxed
@@ -244,6 +274,22 @@ class ZrXmlReader {
   static std::uint64_t m_theDefaultMaxIncludedBytes;
 
   std::uint64_t includedBytes() const;
+  void startRead(std::istream& stream);
+  std::uint64_t readTimeLimit() const;
+  std::chrono::steady_clock::time_point deadline() const;
+  void applyBudgets();
+  bool withinReadBudgets(const std::string& fullName);
+  void stopRead();
+
+  static std::uint64_t m_theDefaultMaxReadMemory;
+  static std::uint64_t m_theDefaultMaxReadMilliseconds;
+  static std::uint64_t m_theDefaultMaxHttpReadMilliseconds;
+  std::uint64_t m_theMaxReadMemory = m_theDefaultMaxReadMemory;
+  std::uint64_t m_theMaxReadMilliseconds = m_theDefaultMaxReadMilliseconds;
+  std::uint64_t m_theMaxHttpReadMilliseconds = m_theDefaultMaxHttpReadMilliseconds;
+  std::chrono::steady_clock::time_point m_theReadStart = std::chrono::steady_clock::now();
+  bool m_theHttpRead = false;     // a document of this read came over HTTP
+  bool m_theReadStopped = false;  // a budget of the read ran out
 
   ZrU32 m_theMaxIncludedDocuments = m_theDefaultMaxIncludedDocuments;
   std::uint64_t m_theMaxIncludedBytes = m_theDefaultMaxIncludedBytes;
