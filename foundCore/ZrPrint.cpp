@@ -51,7 +51,7 @@ void Print::write(int printType, const char* format, ...) {
 PrintStream Print::ostream(int printType, const char* signature) { return PrintStream(*this, printType, signature); }
 
 void Print::setSink(PrintSink sink) {
-  std::lock_guard<std::mutex> lock(m_theSinkLock);
+  std::lock_guard<std::recursive_mutex> lock(m_theSinkLock);
   m_theSink = std::move(sink);
 }
 
@@ -98,7 +98,7 @@ PrintWatcher::~PrintWatcher() { m_theHandle->store(nullptr, std::memory_order_re
 void Print::emit(int printType, const std::string& message) {
   PrintWatcher* watcher = innermostLiveWatcher();
   if (watcher && !watcher->observe(printType, message)) return;
-  std::lock_guard<std::mutex> lock(m_theSinkLock);
+  std::lock_guard<std::recursive_mutex> lock(m_theSinkLock);
   if (m_theSink) {
     m_theSink(printType, message);
   } else {

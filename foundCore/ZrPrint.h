@@ -103,7 +103,7 @@ class Print {
  private:
   Print() = default;
   // The sink is called under the lock: messages of several threads reach it one at a time, whole.
-  std::mutex m_theSinkLock;
+  std::recursive_mutex m_theSinkLock;  // recursive: a sink may itself print
   PrintSink m_theSink;
 };
 

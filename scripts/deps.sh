@@ -3,10 +3,15 @@
 # Optional peers for the benchmarks (expat, pugixml, Boost.Serialization, cereal) are installed too; the
 # library never needs them. libxml2 is required: the zrxml tool validates documents with it
 # (check --schema) and the tests run that; the library itself never links it.
+# With --ci it also installs what CI's extra stages need (scripts/ci.sh): clang and its libFuzzer runtime.
+# g++ brings the address, undefined-behaviour and thread sanitizers' runtimes itself.
 set -euo pipefail
 
 required=(g++ cmake make pkg-config python3 zlib1g-dev libboost-dev libcurl4-openssl-dev
           libgtest-dev libgmock-dev libbenchmark-dev libxml2-utils libxml2-dev)
+if [ "${1:-}" = "--ci" ]; then
+  required+=(clang libclang-rt-dev)
+fi
 optional=(libexpat1-dev libpugixml-dev libboost-serialization-dev libcereal-dev)
 
 missing=()

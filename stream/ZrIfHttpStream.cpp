@@ -338,6 +338,15 @@ bool ZrIfHttpStream::Limits::operator==(const Limits& other) const {
          maxRedirects == other.maxRedirects && allowedHosts == other.allowedHosts;
 }
 
+// A time-out of 0 means none, so the shorter of two is the smaller non-zero one.
+ZrIfHttpStream::Limits ZrIfHttpStream::Limits::within(long milliseconds) const {
+  Limits shortened = *this;
+  if (milliseconds <= 0) return shortened;
+  for (long* timeout : {&shortened.connectTimeoutMs, &shortened.timeoutMs, &shortened.stallTimeoutMs})
+    if (*timeout <= 0 || *timeout > milliseconds) *timeout = milliseconds;
+  return shortened;
+}
+
 const ZrIfHttpStream::Limits& ZrIfHttpStream::defaultLimits() { return httpDefaults(); }
 void ZrIfHttpStream::setDefaultLimits(const Limits& limits) { httpDefaults() = limits; }
 long ZrIfHttpStream::defaultConnectTimeoutMs() { return httpDefaults().connectTimeoutMs; }

@@ -42,6 +42,10 @@ class ZrIfHttpStream : public std::istream {
     // documents cannot send an application to services of its own network.
     std::vector<std::string> allowedHosts;
 
+    // The same limits, with every time-out at most milliseconds (0 for as they are): a reader gives an
+    // included document what is left of its read's time.
+    Limits within(long milliseconds) const;
+
     bool operator==(const Limits& other) const;
     bool operator!=(const Limits& other) const { return !(*this == other); }
   };

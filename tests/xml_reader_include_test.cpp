@@ -304,6 +304,49 @@ TEST(ZrXmlReaderInclude, ADerivedReadersIncludeTestSeesEveryItem) {
   EXPECT_EQ(copy.tests, 6);
 }
 
+// A white-space-only tag starts a search for the innermost element's end tag, which gives the end of
+// input; an included document ends there. When elements were still open, the tag's report says that
+// the rest of the document was skipped and where reading goes on.
+TEST(ZrXmlReaderInclude, ADocumentLeftAfterAWhiteSpaceTagSaysWhatWasSkipped) {
+  const struct {
+    const char* part;
+    Items seen;
+    const char* tagLine;
+    const char* skippedFromLine;  // null: nothing skipped, no detail line
+  } rows[] = {
+      {"<part><x>< ></x><y>1</y><z>2</z></part>", {"doc", "first/", "part", "x", "last/", "/"}, "1", "1"},
+      {"<part>\n<x>\n< >\n</x>\n<y/>\n</part>", {"doc", "first/", "part", "x", "last/", "/"}, "3", "4"},
+      {"<part><x><y>< ></y></x><z/></part>", {"doc", "first/", "part", "x", "y", "last/", "/"}, "1", "1"},
+      // The search ends with the document's own end: nothing is left to skip.
+      {"<part><x>1</x>< ></part>", {"doc", "first/", "part", "x", "'1'", "last/", "/"}, "1", nullptr},
+  };
+  for (const auto& row : rows) {
+    ZrTest::TempDir dir;
+    dir.write("part.xml", row.part);
+    std::istringstream document("<doc>\n<first/>\n" + include("part.xml") + "\n<last/></doc>");
+    ZrTest::PrintCapture capture;
+    ZrXmlReader reader(dir.file("doc.xml"), document);
+    EXPECT_EQ(items(reader), row.seen) << row.part;
+    const std::vector<std::string> texts = capture.texts();
+    ASSERT_FALSE(texts.empty()) << row.part;
+    EXPECT_EQ(texts[0], "ZrXmlFileReader Error: file not well formed.\n\tTag contains only white space.\n\tFile: " +
+                            dir.file("part.xml") + "\n\tLine: " + row.tagLine + "\n")
+        << row.part;
+    const std::string detail = row.skippedFromLine
+                                   ? std::string("\tThe rest of this document, from line ") + row.skippedFromLine +
+                                         ", was skipped; reading goes on in " + dir.file("doc.xml") +
+                                         " after the include element on line 3.\n"
+                                   : std::string();
+    EXPECT_EQ(texts.size() > 1 ? texts[1] : std::string(), detail) << row.part << capture.all();
+  }
+  // A document read on its own is not left at that point, and its report has no such line.
+  std::istringstream alone("<part><x>< ></x><y>1</y></part>");
+  ZrTest::PrintCapture capture;
+  ZrXmlReader reader("alone.xml", alone);
+  items(reader);
+  EXPECT_FALSE(capture.contains("was skipped")) << capture.all();
+}
+
 class ZrXmlReaderHttpInclude : public ::testing::Test {
  protected:
   void SetUp() override {

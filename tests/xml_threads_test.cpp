@@ -1,3 +1,4 @@
+// Test label: threads
 // Separate readers, writers and objects on separate threads: each reader reads its own document into its
 // own objects and records only its own faults, while the classes register for the first time on
 // whichever thread gets there first. Run under ThreadSanitizer in CI (label "threads").

@@ -9,7 +9,10 @@
 #include <fstream>
 #include <memory>
 
+#include <cerrno>
 #include <cstdarg>
+#include <cstring>
+#include <iostream>
 #include <cstdio>
 #include <unistd.h>
 #include <vector>
@@ -58,9 +61,72 @@ PrintRouter::PrintRouter() {
 
 PrintRouter::~PrintRouter() { Zr::Print::instance().resetSink(); }
 
+namespace {
+
+// Set once standard output has failed: the report of it must not try standard output again.
+bool theOutputFailed = false;
+
+[[noreturn]] void endOnFailedOutput(int error) {
+  theOutputFailed = true;
+  Zr::Print::instance().write(Zr::PrintError, "zrxml Error: standard output could not be written: %s\n",
+                              std::strerror(error ? error : EIO));
+  std::fflush(stderr);
+  // Nothing that is still open may write again (a flush at exit would fail and report once more).
+  std::_Exit(ExitFaults);
+}
+
+}  // namespace
+
+void writeStandardOutput(const char* data, std::size_t size) {
+  if (theOutputFailed) return;
+  errno = 0;
+  if (std::fwrite(data, 1, size, stdout) != size || std::ferror(stdout)) endOnFailedOutput(errno);
+}
+
+void flushStandardOutput() {
+  if (theOutputFailed) return;
+  errno = 0;
+  if (std::fflush(stdout) != 0 || std::ferror(stdout)) endOnFailedOutput(errno);
+}
+
+// A buffer of its own, so that a document written a character at a time costs no stdio call per character.
+class StandardOutput::Buffer : public std::streambuf {
+ public:
+  Buffer() { setp(m_theArea, m_theArea + sizeof m_theArea); }
+
+ protected:
+  int_type overflow(int_type c) override {
+    passOn();
+    if (!traits_type::eq_int_type(c, traits_type::eof())) {
+      *pptr() = traits_type::to_char_type(c);
+      pbump(1);
+    }
+    return traits_type::not_eof(c);
+  }
+  int sync() override {
+    passOn();
+    flushStandardOutput();
+    return 0;
+  }
+
+ private:
+  void passOn() {
+    writeStandardOutput(pbase(), static_cast<std::size_t>(pptr() - pbase()));
+    setp(m_theArea, m_theArea + sizeof m_theArea);
+  }
+  char m_theArea[4096];
+};
+
+StandardOutput::StandardOutput() : m_theBuffer(new Buffer), m_theOriginal(std::cout.rdbuf(m_theBuffer.get())) {}
+
+StandardOutput::~StandardOutput() {
+  std::cout.flush();
+  std::cout.rdbuf(m_theOriginal);
+}
+
 void PrintRouter::route(int printType, const std::string& message) {
   if (printType == Zr::PrintInfo) {
-    std::fwrite(message.data(), 1, message.size(), stdout);
+    writeStandardOutput(message.data(), message.size());
     return;
   }
   if (printType == Zr::PrintNotice) {  // the progress line, redrawn in place
@@ -75,7 +141,8 @@ void PrintRouter::route(int printType, const std::string& message) {
   }
   bool detailLine = !message.empty() && message[0] == '\t';
   if (printType >= Zr::PrintSizeWarning && !detailLine) ++m_theFaults;
-  std::fflush(stdout);
+  std::cout.flush();
+  flushStandardOutput();  // what the command printed so far comes before the report
   std::fwrite(message.data(), 1, message.size(), stderr);
   std::fflush(stderr);
 }

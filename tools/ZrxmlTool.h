@@ -4,6 +4,8 @@
 #include <chrono>
 #include <cstddef>
 #include <functional>
+#include <memory>
+#include <streambuf>
 #include <string>
 
 class ZrXmlReader;
@@ -59,6 +61,27 @@ class PrintRouter {
 
   std::size_t m_theFaults = 0;
   bool m_theProgressShown = false;
+};
+
+// The tool's standard output. Output that cannot be written (a closed pipe, a full disk) ends the
+// command at once, wherever it stands: "zrxml Error: standard output could not be written: REASON" on
+// standard error and exit status 1. Every write is looked at, so a closed pipe is noticed by the next
+// write that reaches it (at most a stdio buffer later), not at the end of a long document.
+void writeStandardOutput(const char* data, std::size_t size);
+void flushStandardOutput();
+
+// Sends std::cout through writeStandardOutput while it lives (the demo's documents are written there).
+class StandardOutput {
+ public:
+  StandardOutput();
+  ~StandardOutput();
+  StandardOutput(const StandardOutput&) = delete;
+  StandardOutput& operator=(const StandardOutput&) = delete;
+
+ private:
+  class Buffer;
+  std::unique_ptr<Buffer> m_theBuffer;
+  std::streambuf* m_theOriginal;
 };
 
 // Prints the tool's own output (one printf-style line) through the print facility.

@@ -4,7 +4,7 @@
 
 #include <ZrPrint.h>
 
-#include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <iostream>
@@ -53,20 +53,16 @@ void printUsage() {
 }
 
 // A command's output that did not reach standard output (a full disk, a closed pipe) is a failure of
-// the command: it is reported and the exit status becomes 1, whatever the command found.
+// the command: what is still buffered is written now, and a failure ends the tool with its report and
+// exit status 1, whatever the command found.
 int outputWritten(int status) {
   std::cout.flush();
-  const bool failed = !std::cout.good() || std::fflush(stdout) != 0 || std::ferror(stdout);
-  if (!failed) return status;
-  Zr::Print::instance().write(Zr::PrintError, "zrxml Error: standard output could not be written: %s\n",
-                              std::strerror(errno ? errno : EIO));
-  return zrxml::ExitFaults;
+  zrxml::flushStandardOutput();
+  return status;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  zrxml::PrintRouter router;
+// Runs the command the arguments name; its usage and help text are output like any other.
+int runCommand(int argc, char** argv, const zrxml::PrintRouter& router) {
   if (argc < 2) {
     printUsage();
     return zrxml::ExitUsage;
@@ -81,9 +77,19 @@ int main(int argc, char** argv) {
       printCommandHelp(command);
       return zrxml::ExitOk;
     }
-    return outputWritten(command.run(argc - 2, argv + 2, router));
+    return command.run(argc - 2, argv + 2, router);
   }
   zrxml::output("zrxml: unknown command '%s'\n\n", argv[1]);
   printUsage();
   return zrxml::ExitUsage;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // A closed pipe is a failed write, reported like any other, instead of a silent end by signal.
+  std::signal(SIGPIPE, SIG_IGN);
+  zrxml::PrintRouter router;
+  zrxml::StandardOutput standardOutput;
+  return outputWritten(runCommand(argc, argv, router));
 }

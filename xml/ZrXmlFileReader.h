@@ -7,6 +7,7 @@
 #include <ZrXmlSpareStack.h>
 
 #include <boost/scoped_array.hpp>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -215,6 +216,42 @@ class ZrXmlFileReader {
   void setMaxBytes(std::uint64_t bytes) { m_theMaxBytes = bytes; }
   std::uint64_t bytesRead() const { return m_theBytesRead; }
 
+  // Budgets of a whole read, which the reader shares out among the documents it reads (ZrXmlReader's
+  // setMaxReadMemory and setMaxReadMilliseconds); none by default. Memory: what this reader holds
+  // (heldBytes()) together with heldElsewhere, what the documents that include it hold, may not pass
+  // maxBytes. Time: nothing more is read after the deadline. Past either, the budget is reported in the
+  // tokenizer's frame, naming the whole read's figure, and reading stops: budgetExhausted() says so.
+  void setMemoryBudget(std::uint64_t maxBytes, std::uint64_t heldElsewhere) {
+    m_theMaxHeldBytes = maxBytes;
+    m_theHeldElsewhere = heldElsewhere;
+  }
+  void setTimeBudget(std::chrono::steady_clock::time_point deadline, std::uint64_t milliseconds) {
+    m_theDeadline = deadline;
+    m_theMaxReadMilliseconds = milliseconds;
+  }
+  bool budgetExhausted() const { return m_theBudgetExhausted; }
+  // An estimate of the memory this reader holds, in bytes: its buffers, its open-element entries (as many
+  // as the deepest nesting read so far: they are kept for reuse) and the namespace declarations in force.
+  std::uint64_t heldBytes() const;
+  // Lets go of what was read and consumed: the consumed front of the read buffer, the content, the last
+  // value. The reader calls it on an including document before the included one is opened, so that a
+  // chain of documents holds no more than its unread input and open elements.
+  void releaseConsumed();
+  // Ends reading here, in silence: the rest of the input is not read, the open elements are let go (so
+  // they are not reported), and readXml() gives the end of input. The reader does so to every document
+  // when a budget of the whole read runs out.
+  void abandon();
+
+  // Where reading goes on when this document is left before its end: the including document's name and
+  // the line of its include element (set by the reader for an included document). A white-space-only
+  // tag whose search for the end tag leaves elements open gives the end of input (mode 0), and an
+  // included document ends there; its report then says that the rest of the document was skipped, from
+  // which line, and where reading goes on.
+  void setResumePoint(const std::string& filename, std::int64_t line) {
+    m_theResumeFilename = filename;
+    m_theResumeLine = line;
+  }
+
   // A block cut by a NUL byte is reported; after this many reports the document is taken to be no text
   // (a device, a binary file) and reading stops.
   static const unsigned m_theMaxNulReports = 100;
@@ -274,6 +311,9 @@ class ZrXmlFileReader {
   bool mayOpenElement();
   void stopReading();
   void keepColumnOfDroppedFront();
+  void reportSkippedRest() const;
+  bool withinMemoryBudget();
+  bool withinTimeBudget();
 
   // Strict mode.
   std::size_t strictTagEnd(std::size_t close);
@@ -365,6 +405,16 @@ class ZrXmlFileReader {
   std::unique_ptr<ZrXmlWellFormednessChecker> m_theChecker;  // in strict mode only
   std::string m_theScratch;       // passed-over text whose references strict mode checks
   bool m_theTagSuspect = true;    // the tag read last may hold '<' or a control character
+  std::string m_theResumeFilename;  // the including document, for an included one
+  std::int64_t m_theResumeLine = 0;
+  std::uint64_t m_theMaxHeldBytes = 0;  // 0: no memory budget
+  std::uint64_t m_theHeldElsewhere = 0;
+  std::chrono::steady_clock::time_point m_theDeadline{};  // the epoch: no time budget
+  std::uint64_t m_theMaxReadMilliseconds = 0;
+  bool m_theBudgetExhausted = false;
+  bool m_theFreshEntry = false;      // the element pushed last made a new stack entry
+  std::uint64_t m_theEntryBytes = 0;        // the stack's entries, with their names when first pushed
+  std::uint64_t m_theDeclarationBytes = 0;  // the namespace declarations in force
 
 };
 

@@ -8,5 +8,7 @@ bool ZrXmlReadOptions::operator==(const ZrXmlReadOptions& other) const {
          m_theMaxObjectDepth == other.m_theMaxObjectDepth && m_theMaxIncludeDepth == other.m_theMaxIncludeDepth &&
          m_theMaxIncludedDocuments == other.m_theMaxIncludedDocuments &&
          m_theMaxIncludedBytes == other.m_theMaxIncludedBytes && m_theMaxPrintedFaults == other.m_theMaxPrintedFaults &&
+         m_theMaxReadMemory == other.m_theMaxReadMemory && m_theMaxReadMilliseconds == other.m_theMaxReadMilliseconds &&
+         m_theMaxHttpReadMilliseconds == other.m_theMaxHttpReadMilliseconds &&
          m_theHttpLimits == other.m_theHttpLimits;
 }

@@ -35,6 +35,12 @@
 //   maxIncludedDocuments    10,000  include elements followed in one read, failed ones counted too
 //                                   (0: no includes)
 //   maxIncludedBytes        4 GiB   bytes read through included documents in one read (0: no includes)
+//   maxReadMemory           1 GiB   bytes the documents being read hold at once (an estimate of their
+//                                   buffers, open elements and declarations); past it the read is reported
+//                                   and stops (0: none)
+//   maxReadMilliseconds     0       the time a whole read may take, included documents with it; past it
+//                                   the read is reported and stops (0: none)
+//   maxHttpReadMilliseconds 30 min  the same for a read that takes a document over HTTP (0: none)
 //   httpIncludesAllowed     true    includes may name http:// references
 //   httpLimits              see ZrIfHttpStream::Limits: time-outs, body size, redirects, allowed hosts
 //   portableIncludeReferences false a relative include reference is joined to the including document's
@@ -74,6 +80,15 @@ class ZrXmlReadOptions {
   bool portableIncludeReferences() const { return m_thePortableIncludeReferences; }
   ZrXmlReadOptions& setPortableIncludeReferences(bool flag) { return set(m_thePortableIncludeReferences, flag); }
 
+  std::uint64_t maxReadMemory() const { return m_theMaxReadMemory; }
+  ZrXmlReadOptions& setMaxReadMemory(std::uint64_t bytes) { return set(m_theMaxReadMemory, bytes); }
+  std::uint64_t maxReadMilliseconds() const { return m_theMaxReadMilliseconds; }
+  ZrXmlReadOptions& setMaxReadMilliseconds(std::uint64_t milliseconds) { return set(m_theMaxReadMilliseconds, milliseconds); }
+  std::uint64_t maxHttpReadMilliseconds() const { return m_theMaxHttpReadMilliseconds; }
+  ZrXmlReadOptions& setMaxHttpReadMilliseconds(std::uint64_t milliseconds) {
+    return set(m_theMaxHttpReadMilliseconds, milliseconds);
+  }
+
   ZrU32 maxPrintedFaults() const { return m_theMaxPrintedFaults; }
   ZrXmlReadOptions& setMaxPrintedFaults(ZrU32 count) { return set(m_theMaxPrintedFaults, count); }
 
@@ -98,6 +113,9 @@ class ZrXmlReadOptions {
   ZrU32 m_theMaxIncludeDepth = 64;
   ZrU32 m_theMaxIncludedDocuments = 10000;
   std::uint64_t m_theMaxIncludedBytes = std::uint64_t(4) << 30;
+  std::uint64_t m_theMaxReadMemory = std::uint64_t(1) << 30;
+  std::uint64_t m_theMaxReadMilliseconds = 0;
+  std::uint64_t m_theMaxHttpReadMilliseconds = 30 * 60 * 1000;
   ZrU32 m_theMaxPrintedFaults = 1000;
   ZrIfHttpStream::Limits m_theHttpLimits;
 };

@@ -5,6 +5,7 @@
 #include <ZrIfHttpStream.h>
 #include <ZrPrint.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <typeinfo>
@@ -91,6 +92,13 @@ void ZrXmlReader::reportFaultyValue(bool attribute, const std::string& name, con
 void ZrXmlReader::setDefaultPortableIncludeReferences(bool flag) {
   readerClassDefaults().setPortableIncludeReferences(flag);
 }
+void ZrXmlReader::setDefaultMaxReadMemory(std::uint64_t bytes) { readerClassDefaults().setMaxReadMemory(bytes); }
+void ZrXmlReader::setDefaultMaxReadMilliseconds(std::uint64_t milliseconds) {
+  readerClassDefaults().setMaxReadMilliseconds(milliseconds);
+}
+void ZrXmlReader::setDefaultMaxHttpReadMilliseconds(std::uint64_t milliseconds) {
+  readerClassDefaults().setMaxHttpReadMilliseconds(milliseconds);
+}
 
 ZrXmlReader::ZrXmlReader()
     : m_theVersionCheckPending(true), m_theVersionFlag(true), m_theOptions(defaultOptions()) {}
@@ -99,6 +107,7 @@ ZrXmlReader::ZrXmlReader(const std::string& filename, std::istream& stream) : Zr
   becomeReadingReader();  // the file reader may report a fault as it is built
   m_theFileReaders.emplace_back(filename, stream, nullptr);
   forgetTop();
+  startRead(stream);
 }
 
 // Copies take the open documents (each file reader copied, the included streams shared), both flags,
@@ -153,6 +162,7 @@ void ZrXmlReader::setDefaultMaxPrintedFaults(ZrU32 count) { readerClassDefaults(
 void ZrXmlReader::setOptions(const ZrXmlReadOptions& options) {
   m_theOptions = options;
   for (OpenDocument& document : m_theFileReaders) applyReadingOptions(document.reader);
+  applyBudgets();
 }
 
 void ZrXmlReader::setExpandReferences(bool flag) { setOptions(ZrXmlReadOptions(m_theOptions).setExpandReferences(flag)); }
@@ -177,6 +187,55 @@ void ZrXmlReader::open(const std::string& filename, std::istream& stream) {
   applyReadingOptions(*top());
   m_theVersionCheckPending = true;
   m_theVersionFlag = true;
+  startRead(stream);
+}
+
+// The budgets of the read count from here. A stream over HTTP brings the read under the HTTP time budget.
+void ZrXmlReader::startRead(std::istream& stream) {
+  m_theReadStart = std::chrono::steady_clock::now();
+  m_theReadStopped = false;
+  m_theHttpRead = dynamic_cast<ZrIfHttpStream*>(&stream) != nullptr;
+  applyBudgets();
+}
+
+// The time the read may take: the smaller of the limits in force, 0 for none.
+std::uint64_t ZrXmlReader::readTimeLimit() const {
+  std::uint64_t limit = m_theOptions.maxReadMilliseconds();
+  const std::uint64_t http = m_theHttpRead ? m_theOptions.maxHttpReadMilliseconds() : 0;
+  if (http != 0 && (limit == 0 || http < limit)) limit = http;
+  return limit;
+}
+
+std::chrono::steady_clock::time_point ZrXmlReader::deadline() const {
+  return m_theReadStart + std::chrono::milliseconds(readTimeLimit());
+}
+
+// Each document may hold what the documents below it leave of the memory budget: those are not read
+// while it is open, so what they hold stays as it is.
+void ZrXmlReader::applyBudgets() {
+  const std::uint64_t limit = readTimeLimit();
+  const std::chrono::steady_clock::time_point end = deadline();
+  std::uint64_t heldBelow = 0;
+  for (OpenDocument& document : m_theFileReaders) {
+    document.reader.setMemoryBudget(m_theOptions.maxReadMemory(), heldBelow);
+    document.reader.setTimeBudget(end, limit);
+    heldBelow += document.reader.heldBytes();
+  }
+}
+
+std::uint64_t ZrXmlReader::heldBytes() const {
+  std::uint64_t held = 0;
+  for (const OpenDocument& document : m_theFileReaders) held += document.reader.heldBytes();
+  return held;
+}
+
+// Every document ends where it stands, without further reports: the read is over.
+void ZrXmlReader::stopRead() {
+  m_theReadStopped = true;
+  for (OpenDocument& document : m_theFileReaders) {
+    document.reader.abandon();
+    document.truncationReported = true;
+  }
 }
 
 // Every readXml() comes here: the watcher is raised only when another reader (or none) is the one
@@ -260,7 +319,10 @@ int ZrXmlReader::readXml() {
   if (isOrdinaryItem(mode)) return mode;
   // Each turn consumes an item of some document or closes one, so the loop ends with the input.
   for (;;) {
-    if (mode == 0) reportTruncation(m_theFileReaders.back());
+    if (mode == 0) {
+      if (top()->budgetExhausted() && !m_theReadStopped) stopRead();  // the document reported it
+      reportTruncation(m_theFileReaders.back());
+    }
     if (!openFileTest() && !closeFileTest()) break;
     mode = top()->ZrXmlFileReader::readXml();
   }
@@ -435,12 +497,18 @@ void ZrXmlReader::followInclude(int currentMode) {
                                 filename().c_str(), lineCountOfFile());
 
   const bool mayOpen = syntaxCorrect && mayOpenInclude(host, fullName);
-  if (currentMode == 1) top()->ZrXmlFileReader::nextMatchingEndTag();
+  if (currentMode == 1 && !m_theReadStopped) top()->ZrXmlFileReader::nextMatchingEndTag();
   if (mayOpen) pushInclude(host, fullName);
 }
 
 // Checks the limits of this reader, each refusal reported in the including document's position.
 bool ZrXmlReader::mayOpenInclude(const std::string& host, const std::string& fullName) {
+  if (m_theReadStopped) return false;
+  if (!host.empty() && m_theOptions.httpIncludesAllowed() && !m_theHttpRead) {
+    m_theHttpRead = true;  // the read comes under the HTTP time budget
+    applyBudgets();
+  }
+  if (!withinReadBudgets(fullName)) return false;
   if (!host.empty() && !m_theOptions.httpIncludesAllowed()) {
     includeError("HTTP includes are switched off; include skipped", fullName);
     return false;
@@ -470,7 +538,29 @@ bool ZrXmlReader::mayOpenInclude(const std::string& host, const std::string& ful
   return true;
 }
 
+// The time and memory budgets of the whole read, looked at before an include is opened: past either, the
+// read stops here.
+bool ZrXmlReader::withinReadBudgets(const std::string& fullName) {
+  const std::uint64_t limit = readTimeLimit();
+  if (limit != 0 && std::chrono::steady_clock::now() >= deadline()) {
+    const std::string what = "the read took longer than " + std::to_string(limit) + " milliseconds; the read stops";
+    includeError(what.c_str(), fullName);
+    stopRead();
+    return false;
+  }
+  top()->releaseConsumed();
+  if (m_theOptions.maxReadMemory() != 0 && heldBytes() >= m_theOptions.maxReadMemory()) {
+    const std::string what =
+        "the documents being read hold more than " + std::to_string(m_theOptions.maxReadMemory()) + " bytes; the read stops";
+    includeError(what.c_str(), fullName);
+    stopRead();
+    return false;
+  }
+  return true;
+}
+
 void ZrXmlReader::pushInclude(const std::string& host, const std::string& fullName) {
+  ++m_theIncludedDocuments;  // an attempt counts, whether the document opens or not
   std::shared_ptr<std::istream> stream;
   if (host.empty()) {
     // Looked at without being opened: opening a FIFO blocks, and a device (/dev/zero) never ends. A
@@ -484,7 +574,13 @@ void ZrXmlReader::pushInclude(const std::string& host, const std::string& fullNa
     }
     if (!directory) stream = std::make_shared<std::ifstream>(fullName, std::ios::in);
   } else {
-    stream = std::make_shared<ZrIfHttpStream>(fullName.c_str(), std::ios::in, m_theOptions.httpLimits());
+    // The document may take what is left of the read's time.
+    long timeLeftMs = 0;
+    if (readTimeLimit() != 0) {
+      const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline() - std::chrono::steady_clock::now());
+      timeLeftMs = std::max<long>(1, static_cast<long>(left.count()));
+    }
+    stream = std::make_shared<ZrIfHttpStream>(fullName.c_str(), std::ios::in, m_theOptions.httpLimits().within(timeLeftMs));
   }
   if (!stream || stream->fail()) {
     // The stream that failed is released with the last reference to it, here.
@@ -494,11 +590,14 @@ void ZrXmlReader::pushInclude(const std::string& host, const std::string& fullNa
   }
   std::istream& in = *stream;
   const std::uint64_t bytesLeft = m_theOptions.maxIncludedBytes() - includedBytes();
+  const std::string includingName = filename();
+  const std::int64_t includeLine = top()->lineCount();
   m_theFileReaders.emplace_back(fullName, in, std::move(stream));
   forgetTop();
   applyReadingOptions(*top());
+  top()->setResumePoint(includingName, includeLine);
   top()->ZrXmlFileReader::setMaxBytes(bytesLeft);
-  ++m_theIncludedDocuments;
+  applyBudgets();
 }
 
 // Bytes read through includes: those of the included documents closed, and of those still open.

@@ -8,6 +8,7 @@
 #include <ZrXmlFileReader.h>
 #include <ZrXmlReadOptions.h>
 
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <istream>
@@ -128,7 +129,38 @@ class ZrXmlReader {
   static void setDefaultMaxIncludedDocuments(ZrU32 count);
   static std::uint64_t defaultMaxIncludedBytes() { return defaultOptions().maxIncludedBytes(); }
   static void setDefaultMaxIncludedBytes(std::uint64_t bytes);
+  // Include attempts since open(): every include that passed the limits above and was tried, whether
+  // its document opened or not (a missing file, a server that does not answer), counts against the
+  // included-documents budget.
   ZrU32 includedDocuments() const { return m_theIncludedDocuments; }
+
+  // The budgets of a whole read, counted from construction or open(). Memory: the documents being read
+  // may hold at most this many bytes at once (an estimate: their buffers, open elements and namespace
+  // declarations; default 1 GiB, 0 for none); an including document lets go of what it has consumed
+  // before its include is opened. Time: a read ends after this many milliseconds (default none), and a
+  // read that takes a document over HTTP (the opened one or an include) after the HTTP figure (default
+  // 30 minutes, 0 for none); each HTTP document is given only the time left. Past either, the budget is
+  // reported with file and line and the read stops: every document ends, and readXml() gives the end of
+  // input (readStopped() tells).
+  void setMaxReadMemory(std::uint64_t bytes) { setOptions(ZrXmlReadOptions(m_theOptions).setMaxReadMemory(bytes)); }
+  std::uint64_t maxReadMemory() const { return m_theOptions.maxReadMemory(); }
+  static std::uint64_t defaultMaxReadMemory() { return defaultOptions().maxReadMemory(); }
+  static void setDefaultMaxReadMemory(std::uint64_t bytes);
+  void setMaxReadMilliseconds(std::uint64_t milliseconds) {
+    setOptions(ZrXmlReadOptions(m_theOptions).setMaxReadMilliseconds(milliseconds));
+  }
+  std::uint64_t maxReadMilliseconds() const { return m_theOptions.maxReadMilliseconds(); }
+  static std::uint64_t defaultMaxReadMilliseconds() { return defaultOptions().maxReadMilliseconds(); }
+  static void setDefaultMaxReadMilliseconds(std::uint64_t milliseconds);
+  void setMaxHttpReadMilliseconds(std::uint64_t milliseconds) {
+    setOptions(ZrXmlReadOptions(m_theOptions).setMaxHttpReadMilliseconds(milliseconds));
+  }
+  std::uint64_t maxHttpReadMilliseconds() const { return m_theOptions.maxHttpReadMilliseconds(); }
+  static std::uint64_t defaultMaxHttpReadMilliseconds() { return defaultOptions().maxHttpReadMilliseconds(); }
+  static void setDefaultMaxHttpReadMilliseconds(std::uint64_t milliseconds);
+  bool readStopped() const { return m_theReadStopped; }
+  // What the documents being read hold now (the estimate the memory budget is measured by).
+  std::uint64_t heldBytes() const;
   void setHttpIncludesAllowed(bool allowed) { setOptions(ZrXmlReadOptions(m_theOptions).setHttpIncludesAllowed(allowed)); }
   bool httpIncludesAllowed() const { return m_theOptions.httpIncludesAllowed(); }
   // A program that must never reach the network (a fuzzer, a sandboxed tool) switches HTTP includes off
@@ -306,6 +338,16 @@ class ZrXmlReader {
   OwnWatcher m_theWatcher;
 
   std::uint64_t includedBytes() const;
+  void startRead(std::istream& stream);
+  std::uint64_t readTimeLimit() const;
+  std::chrono::steady_clock::time_point deadline() const;
+  void applyBudgets();
+  bool withinReadBudgets(const std::string& fullName);
+  void stopRead();
+
+  std::chrono::steady_clock::time_point m_theReadStart = std::chrono::steady_clock::now();
+  bool m_theHttpRead = false;     // a document of this read came over HTTP
+  bool m_theReadStopped = false;  // a budget of the read ran out
 
   ZrU32 m_theIncludedDocuments = 0;       // opened since open()
   std::uint64_t m_theClosedIncludeBytes = 0;  // read from included documents already closed

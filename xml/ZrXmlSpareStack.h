@@ -30,6 +30,7 @@ class ZrXmlSpareStack {
   void pop() { --m_theSize; }
 
   std::size_t size() const { return m_theSize; }
+  std::size_t kept() const { return m_theEntries.size(); }  // open and spare entries
   bool empty() const { return m_theSize == 0; }
   Entry& back() { return *m_theEntries[m_theSize - 1]; }
   const Entry& back() const { return *m_theEntries[m_theSize - 1]; }

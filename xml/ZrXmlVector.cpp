@@ -1,5 +1,6 @@
 #include "ZrXmlVector.h"
 
+#include "ZrFileReplace.h"
 #include "ZrNumberText.h"
 #include "ZrPrint.h"
 #include "ZrXmlObjectVisitor.h"
@@ -160,19 +161,18 @@ ZrXmlVector ZrXmlVector::nullObject() { return ZrXmlVector(); }
 
 const ZrToken& ZrXmlVector::classToken() { return ZrXml::ZrLinearToken; }
 
+// Written like every file the library writes: to a new temporary file renamed into place when whole.
 ZrBoolean ZrXmlVector::dump(const ZrXmlVectorVector& vectors, const char* filename) {
   if (!filename) return false;
-  std::FILE* file = std::fopen(filename, "w");
-  if (!file) return false;
-  std::fputs(dumpName(filename).c_str(), file);
-  std::fputs("=[...\n", file);
-  for (const ZrVector& vector : vectors.vectorContainer()) {
-    std::fprintf(file, "%.16e %.16e %.16e ", vector.x(), vector.y(), vector.z());
-    std::fputc('\n', file);
-  }
-  std::fputs("]\n", file);
-  std::fclose(file);
-  return true;
+  return ZrReplaceFile(filename, [&vectors, filename](std::FILE* file) {
+    std::fputs(dumpName(filename).c_str(), file);
+    std::fputs("=[...\n", file);
+    for (const ZrVector& vector : vectors.vectorContainer()) {
+      std::fprintf(file, "%.16e %.16e %.16e ", vector.x(), vector.y(), vector.z());
+      std::fputc('\n', file);
+    }
+    return std::fputs("]\n", file) >= 0;
+  });
 }
 
 ZrXmlVector::RealWriter::RealWriter(ZrXmlWriter& writer)

@@ -66,7 +66,8 @@ class ZrXmlVector : public ZrXmlObject {
 
   // Writes an array of vectors as a plain text file: the file's base name (no directory, no
   // extension), "=[...", then one line per vector with x, y and z in "%.16e " each, then "]".
-  // False when the file cannot be opened.
+  // The file is created new and renamed into place when whole (ZrReplaceFile); false when it cannot be
+  // written, and nothing is left behind then.
   static ZrBoolean dump(const ZrXmlVectorVector& vectors, const char* filename);
 
   // Writes reals as `writer << value` does: the schema type of a double, then the text as data. The

@@ -64,7 +64,18 @@ if(TARGET zrxml)
   add_test(NAME zrxml.schemaListsOnlyWrittenFiles
            COMMAND sh -c "rm -rf '${dir}' && mkdir -p '${dir}/robotCell.cell.xsd' && \
 out=$('$<TARGET_FILE:zrxml>' schema '${dir}' 2>/dev/null); s=$?; \
-test $s -ne 0 && test -z \"$out\" && ! ls '${dir}' | grep -q '\\.tmp$'")
+test $s -ne 0 && test -z \"$out\" && test \"$(ls -A '${dir}')\" = robotCell.cell.xsd")
+endif()
+
+# A link planted where the schema's temporary file once went redirects nothing: the file it points to
+# keeps its content, and the schema is written in place.
+if(TARGET zrxml)
+  set(dir ${CMAKE_CURRENT_BINARY_DIR}/plantedLink)
+  add_test(NAME zrxml.schemaNeverWritesThroughAPlantedLink
+           COMMAND sh -c "rm -rf '${dir}' && mkdir -p '${dir}/out' && echo precious > '${dir}/victim.txt' && \
+ln -s '${dir}/victim.txt' '${dir}/out/robotCell.cell.xsd.tmp' && '$<TARGET_FILE:zrxml>' schema '${dir}/out' >/dev/null && \
+test \"$(cat '${dir}/victim.txt')\" = precious && test -L '${dir}/out/robotCell.cell.xsd.tmp' && \
+test ! -L '${dir}/out/robotCell.cell.xsd' && grep -q '<xs:schema' '${dir}/out/robotCell.cell.xsd'")
 endif()
 
 # A relative plug-in directory in the environment is a notice, not a fault: the run still succeeds.
@@ -72,4 +83,12 @@ if(TARGET zrxml)
   add_test(NAME zrxml.relativePluginPathIsNoFault
            COMMAND sh -c "ZR_PLUGIN_PATH=relative/dir '$<TARGET_FILE:zrxml>' demo --formula >/dev/null 2>err.relative; \
 s=$?; test $s -eq 0 && grep -q 'relative directory in ZR_PLUGIN_PATH ignored' err.relative")
+endif()
+
+# A closed pipe on standard output ends a command at once with a report and exit 1, not by signal.
+find_package(Python3 COMPONENTS Interpreter)
+if(TARGET zrxml AND Python3_Interpreter_FOUND)
+  add_test(NAME zrxml.closedPipeIsReportedAtOnce
+           COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/tools/expectClosedPipe.py $<TARGET_FILE:zrxml>
+                   ${CMAKE_CURRENT_BINARY_DIR}/closedPipe ${PROJECT_SOURCE_DIR}/samples)
 endif()
