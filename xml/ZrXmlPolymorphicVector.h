@@ -92,6 +92,8 @@ class ZrXmlPolymorphicVector : public ZrXmlBaseVariableCompoundType {
   ZrBoolean equality(const ZrXmlObject* other) const override;
   ZrToken token() const override { return classToken(); }
   static ZrToken classToken() { return ZrXml::ns + "polymorphicVectorType"; }
+  // Reads the list afresh: the objects held before are dropped, as a vector's are.
+  ZrBoolean read(ZrXmlReader& reader) override;
   ZrBoolean write(ZrXmlWriter& writer) const override;
   ZrBoolean readVariableComponent(const ZrToken& token, ZrXmlReader& reader) override;
 
@@ -182,7 +184,7 @@ void ZrXmlPolymorphicVector<Base>::copyItems(const Container& items) {
       copies.push_back(std::move(copy));
     else  // a class whose clone() makes another class
       Zr::Print::instance().write(Zr::PrintError, "ZrXmlPolymorphicVector Error: the copy of %s is not of the list's kind; not copied.\n",
-                                  item->token().namespaceAndToken().c_str());
+                                  item->token().c_str());
   }
   m_theItems = std::move(copies);
 }
@@ -209,6 +211,12 @@ ZrBoolean ZrXmlPolymorphicVector<Base>::equality(const ZrXmlObject* other) const
   for (std::size_t index = 0; index < m_theItems.size(); ++index)
     if (!m_theItems[index]->equality(same->m_theItems[index].get())) return false;
   return true;
+}
+
+template <class Base>
+ZrBoolean ZrXmlPolymorphicVector<Base>::read(ZrXmlReader& reader) {
+  m_theItems.clear();
+  return ZrXmlBaseVariableCompoundType::read(reader);
 }
 
 // The library list first (its libraries provide creators for the elements after it), then one element
@@ -250,7 +258,7 @@ ZrBoolean ZrXmlPolymorphicVector<Base>::readVariableComponent(const ZrToken& tok
 template <class Base>
 void ZrXmlPolymorphicVector<Base>::reportSkipped(const char* fault, const ZrToken& token, ZrXmlReader& reader) const {
   Zr::Print::instance().write(Zr::PrintError, "ZrXmlPolymorphicVector Error: %s: %s; element skipped.\n\tFile: %s\n\tLine: %d\n",
-                              fault, token.namespaceAndToken().c_str(), reader.filename().c_str(), reader.lineCountOfFile());
+                              fault, token.c_str(), reader.filename().c_str(), reader.lineCountOfFile());
 }
 
 template <class Base>
