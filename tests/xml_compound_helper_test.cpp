@@ -128,11 +128,17 @@ Panel samplePanel() {
 template <class T>
 T sample();
 template <>
-Gauge sample<Gauge>() { return sampleGauge(); }
+Gauge sample<Gauge>() {
+  return sampleGauge();
+}
 template <>
-Meter sample<Meter>() { return sampleMeter(); }
+Meter sample<Meter>() {
+  return sampleMeter();
+}
 template <>
-Panel sample<Panel>() { return samplePanel(); }
+Panel sample<Panel>() {
+  return samplePanel();
+}
 
 template <class T>
 class CompoundHelper : public ::testing::Test {};
@@ -197,7 +203,7 @@ TEST(CompoundHelper, OtherClassesAndNullAreNeverEqual) {
   twin.unit = gauge.unit;
   twin.marks = gauge.marks;
   EXPECT_EQ(ZrTest::written(twin), ZrTest::written(gauge));  // the same document,
-  EXPECT_FALSE(gauge.equality(&twin));                        // yet another class
+  EXPECT_FALSE(gauge.equality(&twin));                       // yet another class
   EXPECT_FALSE(gauge.equality(nullptr));
   // A value that never equals itself makes the object unequal to itself, as a hand-written comparison does.
   Gauge unknown = sampleGauge();

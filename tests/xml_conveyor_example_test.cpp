@@ -90,7 +90,8 @@ TEST(ConveyorExample, AnUnknownDeviceIsCountedAndTheOthersRead) {
   Line line;
   ZrTest::PrintCapture capture;
   EXPECT_EQ(load(path, line), 1u);
-  EXPECT_TRUE(capture.contains("unknown kind: robot; element skipped.\n\tFile: " + path + "\n\tLine: 4\n")) << capture.all();
+  EXPECT_TRUE(capture.contains("unknown kind: robot; element skipped.\n\tFile: " + path + "\n\tLine: 4\n"))
+      << capture.all();
   ASSERT_EQ(line.devices.size(), 2u);
   EXPECT_EQ(dynamic_cast<const Diverter&>(line.devices[1]).side.value(), Side::right);
 }

@@ -195,7 +195,8 @@ TEST(PolymorphicVector, ElementsItCannotReadAreReportedCountedAndSkipped) {
     EXPECT_EQ(kinds(drawing.shapes), "circle square") << row.element;
     ASSERT_EQ(capture.count(), 1u) << capture.all();
     const std::string message = capture.texts()[0];
-    EXPECT_NE(message.find(std::string("ZrXmlPolymorphicVector Error: ") + row.fault + "; element skipped."), std::string::npos)
+    EXPECT_NE(message.find(std::string("ZrXmlPolymorphicVector Error: ") + row.fault + "; element skipped."),
+              std::string::npos)
         << message;
     EXPECT_NE(message.find("\n\tFile: doc.xml\n\tLine: 4\n"), std::string::npos) << message;
   }

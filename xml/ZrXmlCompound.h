@@ -79,17 +79,19 @@ ZrBoolean ZrXmlCompound<Derived, Base>::equality(const ZrXmlObject* other) const
   if (!other || typeid(*other) != typeid(*this)) return false;
   const ZrXmlCompoundType& same = static_cast<const ZrXmlCompoundType&>(*other);
   std::vector<Registered> theirs;
-  same.forEachComponent([&theirs](const ZrToken& token, const ZrXmlObject* component, ZrXmlCompoundType::ComponentKind kind,
-                                  bool) { theirs.push_back(Registered{&token, component, kind}); });
+  same.forEachComponent(
+      [&theirs](const ZrToken& token, const ZrXmlObject* component, ZrXmlCompoundType::ComponentKind kind, bool) {
+        theirs.push_back(Registered{&token, component, kind});
+      });
   std::size_t index = 0;
   bool equal = true;
-  this->forEachComponent([&](const ZrToken& token, const ZrXmlObject* component, ZrXmlCompoundType::ComponentKind kind,
-                             bool) {
-    if (!equal) return;
-    equal = index < theirs.size() && theirs[index].kind == kind && *theirs[index].token == token &&
-            sameValue(component, theirs[index].component);
-    ++index;
-  });
+  this->forEachComponent(
+      [&](const ZrToken& token, const ZrXmlObject* component, ZrXmlCompoundType::ComponentKind kind, bool) {
+        if (!equal) return;
+        equal = index < theirs.size() && theirs[index].kind == kind && *theirs[index].token == token &&
+                sameValue(component, theirs[index].component);
+        ++index;
+      });
   return equal && index == theirs.size();
 }
 

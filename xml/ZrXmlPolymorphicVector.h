@@ -183,8 +183,9 @@ void ZrXmlPolymorphicVector<Base>::copyItems(const Container& items) {
     if (copy)
       copies.push_back(std::move(copy));
     else  // a class whose clone() makes another class
-      Zr::Print::instance().write(Zr::PrintError, "ZrXmlPolymorphicVector Error: the copy of %s is not of the list's kind; not copied.\n",
-                                  item->token().c_str());
+      Zr::Print::instance().write(
+          Zr::PrintError, "ZrXmlPolymorphicVector Error: the copy of %s is not of the list's kind; not copied.\n",
+          item->token().c_str());
   }
   m_theItems = std::move(copies);
 }
@@ -257,14 +258,16 @@ ZrBoolean ZrXmlPolymorphicVector<Base>::readVariableComponent(const ZrToken& tok
 
 template <class Base>
 void ZrXmlPolymorphicVector<Base>::reportSkipped(const char* fault, const ZrToken& token, ZrXmlReader& reader) const {
-  Zr::Print::instance().write(Zr::PrintError, "ZrXmlPolymorphicVector Error: %s: %s; element skipped.\n\tFile: %s\n\tLine: %d\n",
-                              fault, token.c_str(), reader.filename().c_str(), reader.lineCountOfFile());
+  Zr::Print::instance().write(Zr::PrintError,
+                              "ZrXmlPolymorphicVector Error: %s: %s; element skipped.\n\tFile: %s\n\tLine: %d\n", fault,
+                              token.c_str(), reader.filename().c_str(), reader.lineCountOfFile());
 }
 
 template <class Base>
 template <class T>
 void ZrXmlPolymorphicVector<Base>::registerKind() {
-  static_assert(std::is_base_of<Base, T>::value, "ZrXmlPolymorphicVector<Base>::registerKind<T>: T must derive from Base");
+  static_assert(std::is_base_of<Base, T>::value,
+                "ZrXmlPolymorphicVector<Base>::registerKind<T>: T must derive from Base");
   if constexpr (HasClassToken<T>::value)
     registerComponentCreator(T::classToken(), ZrXml::create<T>);
   else
@@ -281,7 +284,8 @@ void ZrXmlPolymorphicVector<Base>::push_back(std::unique_ptr<Base> item) {
 template <class Base>
 template <class T, class... Arguments>
 T& ZrXmlPolymorphicVector<Base>::emplace_back(Arguments&&... arguments) {
-  static_assert(std::is_base_of<Base, T>::value, "ZrXmlPolymorphicVector<Base>::emplace_back<T>: T must derive from Base");
+  static_assert(std::is_base_of<Base, T>::value,
+                "ZrXmlPolymorphicVector<Base>::emplace_back<T>: T must derive from Base");
   T* item = new T(std::forward<Arguments>(arguments)...);
   push_back(std::unique_ptr<Base>(item));
   return *item;

@@ -73,7 +73,7 @@ class Motor : public ZrXmlCompound<Motor, Device> {
 class PhotoSensor : public ZrXmlCompound<PhotoSensor, Device> {
  public:
   static ZrToken classToken() { return element("photoSensor"); }
-  ZrXmlBasicType<double> range;  // m
+  ZrXmlBasicType<double> range;      // m
   ZrXmlBasicType<int> responseTime;  // ms
 
  protected:
