@@ -16,6 +16,7 @@
 
 #include <cmath>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -209,6 +210,49 @@ TEST(CompoundHelper, OtherClassesAndNullAreNeverEqual) {
   Gauge unknown = sampleGauge();
   unknown.reading = std::nan("");
   EXPECT_FALSE(unknown == unknown);
+}
+
+// A member held outside the object (here behind a pointer) has no twin at the same place in the other
+// object; a class derived further registers more than the helper's class. Both are compared by walking
+// both objects' registrations.
+class Remote : public ZrXmlCompound<Remote> {
+ public:
+  static ZrToken classToken() { return ZrToken(ns, "remote"); }
+  Remote() : value(std::make_unique<ZrXmlBasicType<int>>()) {}
+  Remote(const Remote& other) : ZrXmlCompound(other), value(std::make_unique<ZrXmlBasicType<int>>(*other.value)) {}
+  std::unique_ptr<ZrXmlBasicType<int>> value;
+
+ protected:
+  void registerComponents() override { registerComponent(ZrToken(ns, "value"), value.get()); }
+};
+
+class TaggedGauge : public Gauge {
+ public:
+  ZrXmlBasicType<std::string> tag;
+
+ protected:
+  void registerComponents() override {
+    Gauge::registerComponents();
+    registerAttributeComponent("tag", &tag);
+  }
+};
+
+TEST(CompoundHelper, MembersOutsideTheObjectAndFurtherClassesAreComparedToo) {
+  Remote one, two;
+  *one.value = 4;
+  *two.value = 4;
+  EXPECT_TRUE(one == two);
+  *two.value = 5;
+  EXPECT_FALSE(one == two);
+  EXPECT_TRUE(Remote(two) == two);
+
+  TaggedGauge first, second;
+  first.tag = "north";
+  second.tag = "north";
+  EXPECT_TRUE(first.equality(&second));
+  second.tag = "south";
+  EXPECT_FALSE(first.equality(&second));
+  EXPECT_FALSE(first.equality(&static_cast<const Gauge&>(sampleGauge())));
 }
 
 // The base class's operator== compares registrations, as it always has; the helper's compares values.

@@ -3,7 +3,10 @@
 
 #include <ZrXmlCompoundType.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <type_traits>
+#include <typeinfo>
 #include <vector>
 
 // A persistent class in a few lines: derive from ZrXmlCompound<YourClass>, keep the members, register
@@ -65,21 +68,51 @@ class ZrXmlCompound : public Base {
                   "ZrXmlCompound<Derived>: Derived must derive from ZrXmlCompound<Derived>");
     return static_cast<const Derived&>(*this);
   }
+  bool sameMembersAtSameOffsets(const Derived& other, bool& outside) const;
+  bool sameRegistrationsPairwise(const ZrXmlCompoundType& other) const;
   static bool sameValue(const ZrXmlObject* one, const ZrXmlObject* other) {
     if (!one || !other) return one == other;
     return one->equality(other);
   }
 };
 
-// Both objects walk their registrations in the same order (attributes, then elements, each by token),
-// so the registrations of two objects of one class pair up entry by entry. An object of a class derived
-// further is another class: its registrations may differ, and it is not equal.
+// Objects of exactly this class hold their registered members at the same places, so the other's
+// member is found at the offset of this one's: the other object need not register (equalsDefault
+// compares with a fresh object) and nothing is allocated. A registration outside the object (a member
+// of something it points to) has no such twin; then, and for objects of a class derived further, both
+// objects walk their registrations, which come in the same order (attributes, then elements, each by
+// token) and pair up entry by entry.
 template <class Derived, class Base>
 ZrBoolean ZrXmlCompound<Derived, Base>::equality(const ZrXmlObject* other) const {
   if (!other || typeid(*other) != typeid(*this)) return false;
-  const ZrXmlCompoundType& same = static_cast<const ZrXmlCompoundType&>(*other);
+  if (typeid(*this) == typeid(Derived)) {
+    bool outside = false;
+    const bool equal = sameMembersAtSameOffsets(static_cast<const Derived&>(*other), outside);
+    if (!outside) return equal;
+  }
+  return sameRegistrationsPairwise(static_cast<const ZrXmlCompoundType&>(*other));
+}
+
+template <class Derived, class Base>
+bool ZrXmlCompound<Derived, Base>::sameMembersAtSameOffsets(const Derived& other, bool& outside) const {
+  const Derived& mine = self();
+  bool equal = true;
+  this->forEachComponent([&](const ZrToken&, const ZrXmlObject* component, ZrXmlCompoundType::ComponentKind, bool) {
+    if (!equal || outside || !component) return;
+    const std::intptr_t offset = ZrXmlRegistrationTable::offsetOf(&mine, component);
+    if (offset < 0 || static_cast<std::size_t>(offset) > sizeof(Derived) - sizeof(ZrXmlObject)) {
+      outside = true;
+      return;
+    }
+    equal = component->equality(ZrXmlRegistrationTable::memberAt(&other, offset, false));
+  });
+  return equal;
+}
+
+template <class Derived, class Base>
+bool ZrXmlCompound<Derived, Base>::sameRegistrationsPairwise(const ZrXmlCompoundType& other) const {
   std::vector<Registered> theirs;
-  same.forEachComponent(
+  other.forEachComponent(
       [&theirs](const ZrToken& token, const ZrXmlObject* component, ZrXmlCompoundType::ComponentKind kind, bool) {
         theirs.push_back(Registered{&token, component, kind});
       });
