@@ -6,6 +6,7 @@
 #include <ZrXmlWriter.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -94,6 +95,32 @@ TEST(ConveyorExample, AnUnknownDeviceIsCountedAndTheOthersRead) {
       << capture.all();
   ASSERT_EQ(line.devices.size(), 2u);
   EXPECT_EQ(dynamic_cast<const Diverter&>(line.devices[1]).side.value(), Side::right);
+}
+
+// The schema the model describes takes the document the line writes, devices of every kind included,
+// and refuses a device of a kind the list has no creator for.
+TEST(ConveyorExample, WrittenLinesValidateAgainstTheLinesSchema) {
+  const std::string xmllint = ZR_XMLLINT;
+  if (xmllint.empty() || xmllint.find("NOTFOUND") != std::string::npos) GTEST_SKIP() << "xmllint is not installed";
+  ZrTest::TempDir dir;
+  const Line line = sampleLine();
+  ASSERT_TRUE(line.createSchema(dir.file("line.xml"), Line::classToken()));
+  std::ostringstream text;
+  ZrXmlWriter writer("line.xml", text);
+  writer.setNamespaceComplete(true);
+  writer.header(Line::classToken(), ZrCell::uri());
+  line.write(writer);
+  writer.writeEndTag();
+  const auto validates = [&](const std::string& document) {
+    const std::string path = dir.write("line.xml", document);
+    const std::string command =
+        xmllint + " --noout --schema '" + dir.file("line.cell.xsd") + "' '" + path + "' 2>/dev/null";
+    return std::system(command.c_str()) == 0;
+  };
+  EXPECT_TRUE(validates(text.str())) << text.str();
+  std::string robot = text.str();
+  robot.replace(robot.find("<motor "), 7, "<robot ").replace(robot.find("</motor>"), 8, "</robot>");
+  EXPECT_FALSE(validates(robot)) << robot;
 }
 
 // The model's budget: seven classes in at most 160 non-blank lines, comments included.
