@@ -292,6 +292,20 @@ TEST(EnumTypeNames, OneTableServesEveryObjectOfTheType) {
   EXPECT_EQ(unitTableCalls, 1);
 }
 
+// An enumeration nested in a class gives its names through a friend of the class.
+class Valve {
+ public:
+  enum class State { open, shut };
+  friend ZrXmlEnumNames<State> zrXmlEnumNames(State) { return {{State::open, "open"}, {State::shut, "shut"}}; }
+};
+
+TEST(EnumTypeNames, ANestedEnumerationNamesItsValuesThroughAFriend) {
+  ZrXmlEnumType<Valve::State> state(Valve::State::shut);
+  EXPECT_EQ(state.enumString(), "shut");
+  EXPECT_TRUE(state.setValueFromString("open"));
+  EXPECT_EQ(state.value(), Valve::State::open);
+}
+
 TEST(EnumTypeNames, AnObjectsOwnNameStartsFromTheTypesAndStaysItsOwn) {
   ZrXmlEnumType<Unit> own(Unit::psi), other(Unit::psi);
   own.setEnumString(Unit::psi, "lbf/in2");
