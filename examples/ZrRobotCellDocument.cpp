@@ -13,15 +13,10 @@
 #define ZR_ROBOT_CELL_SAMPLE "robotCell.xml"
 #endif
 
-namespace {
-const int startTagMode = 1;
-const int emptyElementMode = 3;
-}  // namespace
-
 ZrBoolean ZrRobotCellDocument::read(std::istream& in, const std::string& filename, ZrRobotCell& cell, ZrU32* faultCount) {
   ZrXmlReader reader(filename, in);
   const int mode = reader.readXml();
-  if (mode != startTagMode && mode != emptyElementMode) {
+  if (mode != ZrXmlMode::startTag && mode != ZrXmlMode::emptyElement) {
     Zr::Print::instance().write(Zr::PrintError, "ZrRobotCellDocument Error: no root element found.\n\tFile: %s\n",
                                 filename.c_str());
     return false;

@@ -32,4 +32,25 @@ class ZrBaseXmlBasicType : public ZrXmlObject {
                                 const char* typeName);
 };
 
+template <class T>
+class ZrXmlBasicType;
+template <class T>
+class ZrXmlEnumType;
+
+// What a container's initializer list holds for element type E: the plain value of a single-value
+// type (T for ZrXmlBasicType<T> and ZrXmlEnumType<T>), so that `zoneLengths = {1.5, 2, 3}` or
+// `names = {"infeed", "outfeed"}` read as they would for a std::vector; E itself for any other type.
+template <class E>
+struct ZrXmlPlainValue {
+  typedef E type;
+};
+template <class T>
+struct ZrXmlPlainValue<ZrXmlBasicType<T>> {
+  typedef T type;
+};
+template <class T>
+struct ZrXmlPlainValue<ZrXmlEnumType<T>> {
+  typedef T type;
+};
+
 #endif

@@ -16,12 +16,52 @@
 #include <utility>
 #include <vector>
 
+// The names an enumeration type gives once for all its objects. An application declares, beside its
+// enumeration (in the same namespace, or as a friend inside the class that holds a nested one):
+//
+//   enum class Direction { forward, reverse };
+//   inline ZrXmlEnumNames<Direction> zrXmlEnumNames(Direction) {
+//     return {{Direction::forward, "forward"}, {Direction::reverse, "reverse"}};
+//   }
+//
+// Every ZrXmlEnumType<Direction> then uses that table, built once in the program (the function is called
+// once, the table kept), and objects neither build nor copy names of their own. The table rules below
+// apply to it as it is built.
+template <class T>
+using ZrXmlEnumNames = std::vector<std::pair<T, std::string>>;
+
+// The table of T's names when T declares zrXmlEnumNames (found by argument-dependent look-up), else none.
+template <class T, class = void>
+struct ZrXmlEnumTypeNames {
+  static constexpr bool present = false;
+};
+template <class T>
+struct ZrXmlEnumTypeNames<T, std::void_t<decltype(zrXmlEnumNames(std::declval<T>()))>> {
+  static constexpr bool present = true;
+  static const ZrXmlEnumNames<T>& table() {
+    static const ZrXmlEnumNames<T> names = withoutRepeatedNames(zrXmlEnumNames(T()));
+    return names;
+  }
+
+ private:
+  static ZrXmlEnumNames<T> withoutRepeatedNames(const ZrXmlEnumNames<T>& given) {
+    ZrXmlEnumNames<T> kept;
+    for (const auto& entry : given) {
+      bool known = false;
+      for (const auto& earlier : kept) known = known || earlier.second == entry.second;
+      if (!known) kept.push_back(entry);
+    }
+    return kept;
+  }
+};
+
 // One value chosen from a table of allowed values, each with a name; the document holds the name.
 //
 // Table rules: a name may be added once (a second entry with a known name is ignored), while one value
 // may have several names, of which the first added is the one written. A value missing from the table
 // is written as the table's first name. Reading a name that is not in the table fails and leaves the
-// value unchanged.
+// value unchanged. An object whose own table is empty uses its type's names (see ZrXmlEnumNames above),
+// when the type gives any; setEnumString() on such an object starts its own table from the type's.
 //
 // The members are compiled into the library (and declared extern below) for bool, short,
 // unsigned short, int, unsigned int, unsigned char and ZrNonNegReal; any other T with == and <, such
@@ -77,10 +117,17 @@ class ZrXmlEnumType : public ZrBaseXmlBasicType {
 
   static ZrXmlEnumType nullObject();
 
-  // The table in the order of addition.
-  const std::vector<NamedValue>& names() const { return m_theNames; }
+  // The table in the order of addition: the object's own, or its type's.
+  const std::vector<NamedValue>& names() const { return table(); }
 
  private:
+  const std::vector<NamedValue>& table() const {
+    if constexpr (ZrXmlEnumTypeNames<T>::present) {
+      if (m_theNames.empty()) return ZrXmlEnumTypeNames<T>::table();
+    }
+    return m_theNames;
+  }
+
   ZrBoolean readName(ZrXmlReader& reader, bool found, const std::string& name, const char* signature);
 
   T m_theValue;
@@ -189,7 +236,7 @@ ZrBoolean ZrXmlEnumType<T>::writeSchema(ZrXmlSchema& schema) const {
   ZrBoolean result = ZrXmlObject::writeSchema(schema);
   if (!result) return result;
   schema.setType(typeid(std::string));
-  for (const NamedValue& entry : m_theNames) schema.addEnumeration(entry.second);
+  for (const NamedValue& entry : table()) schema.addEnumeration(entry.second);
   return result;
 }
 
@@ -243,14 +290,16 @@ const std::string& ZrXmlEnumType<T>::enumString() const {
 template <class T>
 const std::string& ZrXmlEnumType<T>::enumString(const T& value) const {
   static const std::string noName;
-  if (m_theNames.empty()) return noName;
-  for (const NamedValue& entry : m_theNames)
+  const std::vector<NamedValue>& names = table();
+  if (names.empty()) return noName;
+  for (const NamedValue& entry : names)
     if (entry.first == value) return entry.second;
-  return m_theNames.front().second;  // deliberately a valid name rather than an empty text
+  return names.front().second;  // deliberately a valid name rather than an empty text
 }
 
 template <class T>
 void ZrXmlEnumType<T>::setEnumString(const T& value, const std::string& name) {
+  if (m_theNames.empty()) m_theNames = table();
   for (const NamedValue& entry : m_theNames)
     if (entry.second == name) return;
   m_theNames.emplace_back(value, name);
@@ -258,7 +307,7 @@ void ZrXmlEnumType<T>::setEnumString(const T& value, const std::string& name) {
 
 template <class T>
 ZrBoolean ZrXmlEnumType<T>::findEnumString(const std::string& name, T& value) {
-  for (const NamedValue& entry : m_theNames) {
+  for (const NamedValue& entry : table()) {
     if (entry.second == name) {
       value = entry.first;
       return true;

@@ -13,6 +13,7 @@
 #include <ZrXmlWriter.h>
 
 #include <algorithm>
+#include <initializer_list>
 #include <map>
 #include <string>
 #include <type_traits>
@@ -56,6 +57,10 @@ class ZrXmlMapType : public ZrXmlObject {
 
   ZrXmlMapType();
   ZrXmlMapType(const MapContainer& entries);  // NOLINT: implicit, so that members can be initialised from maps
+  // The entries made from pairs of plain values (or objects): `m = {{"infeed", 2}, {"outfeed", 1}};`
+  // of two pairs with one key, the first is kept.
+  typedef std::pair<typename ZrXmlPlainValue<K>::type, typename ZrXmlPlainValue<V>::type> PlainEntry;
+  ZrXmlMapType(std::initializer_list<PlainEntry> entries);
   ZrXmlMapType(const ZrXmlMapType& other);
   ZrXmlMapType(ZrXmlMapType&& other) noexcept(std::is_nothrow_move_constructible<MapContainer>::value);
   ZrXmlMapType& operator=(const ZrXmlMapType& other);
@@ -112,6 +117,11 @@ ZrXmlMapType<K, V>::ZrXmlMapType() = default;
 
 template <class K, class V>
 ZrXmlMapType<K, V>::ZrXmlMapType(const MapContainer& entries) : m_theEntries(entries) {}
+
+template <class K, class V>
+ZrXmlMapType<K, V>::ZrXmlMapType(std::initializer_list<PlainEntry> entries) {
+  for (const PlainEntry& entry : entries) m_theEntries.emplace(K(entry.first), V(entry.second));
+}
 
 template <class K, class V>
 ZrXmlMapType<K, V>::ZrXmlMapType(const ZrXmlMapType& other) : ZrXmlObject(other), m_theEntries(other.m_theEntries) {}

@@ -12,6 +12,7 @@
 #include <ZrXmlWriter.h>
 
 #include <algorithm>
+#include <initializer_list>
 #include <set>
 #include <type_traits>
 #include <utility>
@@ -40,6 +41,8 @@ class ZrXmlSetType : public ZrXmlObject {
 
   ZrXmlSetType();
   ZrXmlSetType(const SetContainer& elements);  // NOLINT: implicit, so that members can be initialised from sets
+  // The elements made from plain values (or objects); a repeated value is kept once.
+  ZrXmlSetType(std::initializer_list<typename ZrXmlPlainValue<E>::type> values);
   ZrXmlSetType(const ZrXmlSetType& other);
   ZrXmlSetType(ZrXmlSetType&& other) noexcept(std::is_nothrow_move_constructible<SetContainer>::value);
   ZrXmlSetType& operator=(const ZrXmlSetType& other);
@@ -90,6 +93,11 @@ ZrXmlSetType<E>::ZrXmlSetType() = default;
 
 template <class E>
 ZrXmlSetType<E>::ZrXmlSetType(const SetContainer& elements) : m_theElements(elements) {}
+
+template <class E>
+ZrXmlSetType<E>::ZrXmlSetType(std::initializer_list<typename ZrXmlPlainValue<E>::type> values) {
+  for (const auto& value : values) m_theElements.insert(E(value));
+}
 
 template <class E>
 ZrXmlSetType<E>::ZrXmlSetType(const ZrXmlSetType& other) : ZrXmlObject(other), m_theElements(other.m_theElements) {}

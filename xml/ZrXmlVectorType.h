@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <initializer_list>
 #include <ostream>
 #include <string>
 #include <type_traits>
@@ -102,6 +103,8 @@ class ZrXmlVectorType : public ZrXmlObject {
 
   ZrXmlVectorType();
   ZrXmlVectorType(const VectorContainer& elements);  // NOLINT: implicit, so that members can be initialised from arrays
+  // The elements made from plain values (or objects): `ZrXmlVectorType<ZrXmlBasicType<double>> v = {1.5, 2, 3};`
+  ZrXmlVectorType(std::initializer_list<typename ZrXmlPlainValue<E>::type> values);
   ZrXmlVectorType(const ZrXmlVectorType& other);
   ZrXmlVectorType(ZrXmlVectorType&& other) noexcept;
   ZrXmlVectorType& operator=(const ZrXmlVectorType& other);
@@ -176,6 +179,12 @@ ZrXmlVectorType<E>::ZrXmlVectorType() = default;
 
 template <class E>
 ZrXmlVectorType<E>::ZrXmlVectorType(const VectorContainer& elements) : m_theElements(elements) {}
+
+template <class E>
+ZrXmlVectorType<E>::ZrXmlVectorType(std::initializer_list<typename ZrXmlPlainValue<E>::type> values) {
+  m_theElements.reserve(values.size());
+  for (const auto& value : values) m_theElements.push_back(E(value));
+}
 
 template <class E>
 ZrXmlVectorType<E>::ZrXmlVectorType(const ZrXmlVectorType& other) : ZrXmlObject(other), m_theElements(other.m_theElements) {}

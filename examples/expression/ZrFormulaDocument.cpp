@@ -13,16 +13,12 @@
 #define ZR_FORMULA_SAMPLE "formula.xml"
 #endif
 
-namespace {
-const int startTagMode = 1;
-const int emptyElementMode = 3;
-}  // namespace
-
 ZrBoolean ZrFormulaDocument::read(std::istream& in, const std::string& filename, ZrFormula& formula, ZrU32* faultCount) {
   ZrXmlReader reader(filename, in);
   const int mode = reader.readXml();
   const ZrToken root = ZrFormula::rootToken();
-  if ((mode != startTagMode && mode != emptyElementMode) || reader.element().tokenText() != root.tokenText()) {
+  const bool rootStarts = mode == ZrXmlMode::startTag || mode == ZrXmlMode::emptyElement;
+  if (!rootStarts || reader.element().tokenText() != root.tokenText()) {
     Zr::Print::instance().write(Zr::PrintError, "ZrFormulaDocument Error: no %s root element.\n\tFile: %s\n",
                                 root.c_str(), filename.c_str());
     return false;
