@@ -88,6 +88,7 @@ struct DocumentSummary {
   std::size_t events = 0;
   int lines = 0;
   std::size_t faults = 0;
+  std::size_t warnings = 0;  // advisory reports, not counted among the faults (see ZrxmlDocumentReader.h)
 };
 
 // Reads the document at `path` (a file, or an http:// reference) to its end through the reader, which
@@ -95,7 +96,7 @@ struct DocumentSummary {
 // those it leaves are taken afterwards, since an unread attribute is no fault of the document). Reading
 // goes on after a 0 that came before the end of the input, and stops in error mode. Returns false, after
 // a report, when the document cannot be opened (a directory cannot). The summary counts the faults that
-// the reader counted while reading.
+// the reader counted while reading, and apart from them its warnings.
 bool readDocument(const std::string& path, const std::function<void(ZrXmlReader&, int)>& onEvent,
                   DocumentSummary& summary);
 
