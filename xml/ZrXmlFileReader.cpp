@@ -1,6 +1,7 @@
 #include "ZrXmlFileReader.h"
 
 #include <ZrPrint.h>
+#include <ZrXmlEncodingTranscoder.h>
 #include <ZrXmlWellFormednessChecker.h>
 
 #include <algorithm>
@@ -372,6 +373,11 @@ std::size_t ZrXmlFileReader::m_theMaxTokenSize = std::size_t(1) << 30;
 bool ZrXmlFileReader::m_theDefaultExpandReferences = false;
 bool ZrXmlFileReader::m_theDefaultStrict = false;
 std::size_t ZrXmlFileReader::m_theDefaultMaxDepth = 100000;
+std::uint64_t ZrXmlFileReader::m_theDefaultMaxEntityExpansion = 1000000;
+
+std::uint64_t ZrXmlFileReader::defaultMaxEntityExpansion() { return m_theDefaultMaxEntityExpansion; }
+
+void ZrXmlFileReader::setDefaultMaxEntityExpansion(std::uint64_t bytes) { m_theDefaultMaxEntityExpansion = bytes; }
 
 std::size_t ZrXmlFileReader::defaultMaxTokenSize() { return m_theMaxTokenSize; }
 
@@ -424,7 +430,8 @@ ZrXmlFileReader::ZrXmlFileReader(const std::string& filename, std::istream* stre
       m_theMaxDepth(m_theDefaultMaxDepth),
       m_theStartRead(false),
       m_theUnsupportedEncoding(false),
-      m_theMarkupSeen(false) {
+      m_theMarkupSeen(false),
+      m_theMaxEntityExpansion(m_theDefaultMaxEntityExpansion) {
   m_theReadBuffer.reserve(theBlockSize);
   setStrict(m_theDefaultStrict);
 }
@@ -475,6 +482,12 @@ void ZrXmlFileReader::copyFrom(const ZrXmlFileReader& other) {
   m_theUnsupportedEncoding = other.m_theUnsupportedEncoding;
   m_theMarkupSeen = other.m_theMarkupSeen;
   m_theChecker.reset(other.m_theChecker ? new ZrXmlWellFormednessChecker(*other.m_theChecker, *this) : nullptr);
+  m_theTranscoder.reset(other.m_theTranscoder ? new ZrXmlEncodingTranscoder(*other.m_theTranscoder) : nullptr);
+  m_theUtf16Unconfirmed = other.m_theUtf16Unconfirmed;
+  m_theCheckedTo = other.m_theCheckedTo;
+  m_theMaxEntityExpansion = other.m_theMaxEntityExpansion;
+  m_theExpandedBytes = other.m_theExpandedBytes;
+  m_theExpansionStopped = other.m_theExpansionStopped;
   rebaseAttributes(other);
 }
 
@@ -669,15 +682,24 @@ void ZrXmlFileReader::warnMessage(const char* what) const {
 }
 
 // Expands references in place: the text never grows, since every reference is at least as long as
-// the bytes it stands for. A reference that cannot be expanded is reported and its '&' is kept as
-// text, so nothing of the document is lost.
-void ZrXmlFileReader::expandReferencesIn(std::string& text) const {
+// the bytes it stands for, except for the entities of a document type, whose text goes through a second
+// string once one is met. A reference that cannot be expanded is reported and its '&' is kept as text,
+// so nothing of the document is lost.
+void ZrXmlFileReader::expandReferencesIn(std::string& text, bool inAttribute) const {
   std::size_t at = text.find('&');
   if (at == std::string::npos) return;
   std::size_t out = at;
+  bool grown = false;  // the expansion is being built in m_theExpansion, from `out` on
+  const auto emit = [&](const char* bytes, std::size_t length) {
+    if (grown) m_theExpansion.append(bytes, length);
+    else std::memmove(&text[out], bytes, length);
+    out += length;
+  };
   while (at < text.size()) {
     if (text[at] != '&') {
-      text[out++] = text[at++];
+      const std::size_t next = std::min(text.find('&', at), text.size());
+      emit(text.data() + at, next - at);
+      at = next;
       continue;
     }
     std::size_t end = at + 1;
@@ -685,26 +707,55 @@ void ZrXmlFileReader::expandReferencesIn(std::string& text) const {
     const std::string_view name(text.data() + at + 1, end - at - 1);
     char bytes[4];
     std::size_t length = 0;
+    bool expanded = false;
     if (name.empty()) {
       warnMessage("file not well formed.\n\t'&' not followed by a reference.");
     } else if (end == text.size() || text[end] != ';') {
       warnFormatted("file not well formed.\n\tReference without ';': &%.*s", static_cast<int>(name.size()), name.data());
     } else if ((length = resolveReference(name, bytes)) == 0) {
-      // Entities a document type declaration may define are not read: such a reference is unsupported.
-      const char* fault = name[0] == '#'                                     ? "Invalid character reference"
-                          : m_theChecker && m_theChecker->doctypeSeen() ? "Entity reference not supported"
-                                                                           : "Undefined entity reference";
-      warnFormatted("file not well formed.\n\t%s: &%.*s;", fault, static_cast<int>(name.size()), name.data());
+      if (name[0] != '#' && m_theChecker && m_theChecker->documentType()) {
+        if (!grown) {
+          m_theExpansion.assign(text.data(), out);
+          grown = true;
+        }
+        expanded = expandEntity(name, inAttribute, m_theExpansion);
+        out = m_theExpansion.size();
+      } else {
+        const char* fault = name[0] == '#' ? "Invalid character reference" : "Undefined entity reference";
+        warnFormatted("file not well formed.\n\t%s: &%.*s;", fault, static_cast<int>(name.size()), name.data());
+      }
     }
-    if (length == 0) {
-      text[out++] = text[at++];
-      continue;
+    if (expanded) {
+      at = end + 1;
+    } else if (length == 0) {
+      emit(text.data() + at, 1);
+      ++at;
+    } else {
+      emit(bytes, length);
+      at = end + 1;
     }
-    std::memcpy(&text[out], bytes, length);
-    out += length;
-    at = end + 1;
   }
-  text.resize(out);
+  if (grown) text.swap(m_theExpansion);
+  else text.resize(out);
+}
+
+// An entity of the document type, expanded into `out`; false, with the reference kept as written, when
+// it cannot be (a fault reported, or the expansion limit passed: reported once, nothing expanded after).
+bool ZrXmlFileReader::expandEntity(std::string_view name, bool inAttribute, std::string& out) const {
+  const std::string written = "&" + std::string(name) + ";";
+  if (!m_theExpansionStopped) {
+    const std::size_t before = out.size();
+    const auto report = [this](const std::string& fault) { warnMessage(("file not well formed.\n\t" + fault).c_str()); };
+    if (m_theChecker->documentType()->expand(name, inAttribute, out, m_theExpandedBytes, m_theMaxEntityExpansion, report))
+      return true;
+    out.resize(before);
+    m_theExpansionStopped = true;
+    warnFormatted("file not well formed.\n\tEntity expansion passes %llu bytes: &%.*s; and the references after it "
+                  "are not expanded.",
+                  static_cast<unsigned long long>(m_theMaxEntityExpansion), static_cast<int>(name.size()), name.data());
+  }
+  out += written;
+  return true;
 }
 
 void ZrXmlFileReader::warnFormatted(const char* format, ...) const {
@@ -735,6 +786,7 @@ void ZrXmlFileReader::stopReading() {
   m_theStreamExhausted = true;
   m_theReadBuffer.clear();
   m_theReadIndex = 0;
+  m_theCheckedTo = 0;
 }
 
 // Drops the consumed front of the buffer (once per block, never per token) and appends one block. Returns
@@ -745,6 +797,7 @@ bool ZrXmlFileReader::readBlock() {
   if (m_theReadIndex > 0) {
     lineCount();
     m_theReadBuffer.erase(0, m_theReadIndex);
+    m_theCheckedTo = m_theCheckedTo > m_theReadIndex ? m_theCheckedTo - m_theReadIndex : 0;
     m_theReadIndex = 0;
     m_theLineCountedTo = 0;
     if (m_theReadBuffer.capacity() > theShrinkThreshold && m_theReadBuffer.size() < theBlockSize) {
@@ -766,6 +819,8 @@ bool ZrXmlFileReader::readBlock() {
   std::streamsize count = m_theStream->gcount();
   if (count <= 0) {
     m_theStreamExhausted = true;
+    if (m_theTranscoder) transcodeBlock(nullptr, 0, true);  // a character cut at the very end
+    else if (m_theChecker) checkCharactersRead();
     return false;
   }
   m_theBytesRead += static_cast<std::uint64_t>(count);
@@ -779,10 +834,16 @@ bool ZrXmlFileReader::readBlock() {
   m_theBlock[static_cast<std::size_t>(count)] = '\0';
   std::size_t skipped = 0;
   if (!m_theStartRead && !checkDocumentStart(static_cast<std::size_t>(count), skipped)) return false;
-  std::size_t length = std::strlen(m_theBlock.get() + skipped);  // the block is taken as a C string: cut at a NUL
-  m_theReadBuffer.append(m_theBlock.get() + skipped, length);
-  length += skipped;
-  if (length < static_cast<std::size_t>(count)) {
+  const char* text = m_theBlock.get() + skipped;
+  std::size_t available = static_cast<std::size_t>(count) - skipped;
+  if (m_theTranscoder) {
+    transcodeBlock(text, available, m_theStreamExhausted);
+    return true;
+  }
+  std::size_t length = std::strlen(text);  // the block is taken as a C string: cut at a NUL
+  m_theReadBuffer.append(text, length);
+  if (m_theChecker) checkCharactersRead();
+  if (length < available) {
     warnMessage("file not well formed.\n\tNUL character in the input; the rest of its block was dropped.");
     if (++m_theNulReports == m_theMaxNulReports) {
       warnMessage("file not well formed.\n\tToo many NUL characters: the input is no text; reading stops.");
@@ -801,6 +862,10 @@ bool ZrXmlFileReader::checkDocumentStart(std::size_t count, std::size_t& skipped
   if (count >= 3 && bytes[0] == 0xEF && bytes[1] == 0xBB && bytes[2] == 0xBF) skipped = 3;
   const bool utf16 = count >= 2 && ((bytes[0] == 0xFE && bytes[1] == 0xFF) || (bytes[0] == 0xFF && bytes[1] == 0xFE) ||
                                     (bytes[0] == 0 && bytes[1] == '<') || (bytes[0] == '<' && bytes[1] == 0));
+  if (m_theChecker) {
+    chooseEncoding(count, skipped, utf16);
+    return true;
+  }
   if (!utf16) return true;
   warnMessage("UTF-16 documents are not supported.");
   m_theUnsupportedEncoding = true;
@@ -1008,6 +1073,97 @@ int ZrXmlFileReader::nextEvent() {
 // ---------------------------------------------------------------------------------------------------------
 // Strict mode
 
+// The encoding name of an XML declaration at the start of text ("<?xml version='1.0' encoding='...'"),
+// or an empty text when there is none. The declaration itself is checked where it is read as markup.
+std::string_view declaredEncoding(std::string_view text) {
+  if (text.size() < 6 || text.compare(0, 5, "<?xml") != 0 || !isWhite(text[5])) return std::string_view();
+  text = text.substr(0, std::min(text.find("?>"), std::size_t(1024)));
+  std::size_t at = text.find("encoding");
+  if (at == std::string_view::npos || !isWhite(text[at - 1])) return std::string_view();
+  text = skipLeadingWhite(text.substr(at + 8));
+  if (text.empty() || text[0] != '=') return std::string_view();
+  text = skipLeadingWhite(text.substr(1));
+  if (text.empty() || (text[0] != '"' && text[0] != '\'')) return std::string_view();
+  const std::size_t close = text.find(text[0], 1);
+  return close == std::string_view::npos ? std::string_view() : text.substr(1, close - 1);
+}
+
+// Strict mode's choice of how the document's bytes become UTF-8: UTF-16 by its byte-order mark or a NUL
+// byte beside the first '<', otherwise the encoding the XML declaration names.
+void ZrXmlFileReader::chooseEncoding(std::size_t count, std::size_t& skipped, bool utf16) {
+  const unsigned char* bytes = reinterpret_cast<const unsigned char*>(m_theBlock.get());
+  if (utf16) {
+    const bool mark = (bytes[0] == 0xFE && bytes[1] == 0xFF) || (bytes[0] == 0xFF && bytes[1] == 0xFE);
+    if (mark) skipped = 2;
+    m_theTranscoder = ZrXmlEncodingTranscoder::forUtf16(bytes[0] == 0xFE || bytes[0] == 0);
+    m_theUtf16Unconfirmed = true;
+    return;
+  }
+  const std::string_view declared = declaredEncoding(std::string_view(m_theBlock.get() + skipped, count - skipped));
+  if (declared.empty() || ZrXmlEncodingTranscoder::isUtf8Name(declared)) return;
+  const std::string name(declared);
+  if (skipped == 3 || ZrXmlEncodingTranscoder::isUtf16Name(declared)) {
+    warnFormatted("file not well formed.\n\tEncoding declaration does not match the document: %.100s", name.c_str());
+    return;
+  }
+  m_theTranscoder = ZrXmlEncodingTranscoder::forName(declared);
+  if (!m_theTranscoder)
+    warnFormatted("file not well formed.\n\tUnknown encoding: %.100s; the document is read as UTF-8.", name.c_str());
+}
+
+// A UTF-16 document may name its encoding, once its first block is read: the name must be UTF-16's.
+void ZrXmlFileReader::confirmUtf16Declaration() {
+  m_theUtf16Unconfirmed = false;
+  const std::string_view declared = declaredEncoding(m_theReadBuffer);
+  if (declared.empty() || ZrXmlEncodingTranscoder::isUtf16Name(declared)) return;
+  warnFormatted("file not well formed.\n\tEncoding declaration does not match the document: %.*s",
+                static_cast<int>(std::min<std::size_t>(declared.size(), 100)), declared.data());
+}
+
+// One block in the document's encoding into the read buffer as UTF-8, with the same cut at a NUL
+// character as a block read as it is; the transcoder's first fault is reported where it stands.
+void ZrXmlFileReader::transcodeBlock(const char* bytes, std::size_t count, bool last) {
+  m_theTranscoded.clear();
+  ZrXmlEncodingTranscoder::Fault fault;
+  m_theTranscoder->transcode(bytes, count, last, m_theTranscoded, fault);
+  const std::size_t start = m_theReadBuffer.size();
+  const std::size_t length = std::strlen(m_theTranscoded.c_str());
+  m_theReadBuffer.append(m_theTranscoded.data(), length);
+  if (!fault.what.empty() && fault.outputOffset <= length)
+    warnMessageAtOffset(("file not well formed.\n\t" + fault.what).c_str(), start + fault.outputOffset);
+  if (m_theUtf16Unconfirmed) confirmUtf16Declaration();
+  checkCharactersRead();
+  if (length < m_theTranscoded.size()) {
+    warnMessage("file not well formed.\n\tNUL character in the input; the rest of its block was dropped.");
+    if (++m_theNulReports == m_theMaxNulReports) {
+      warnMessage("file not well formed.\n\tToo many NUL characters: the input is no text; reading stops.");
+      stopReading();
+    }
+  }
+}
+
+// The characters of the read buffer not checked yet, each once, as they are read; a character cut by the
+// end of the buffer is checked with the next block.
+void ZrXmlFileReader::checkCharactersRead() {
+  if (m_theCheckedTo > m_theReadBuffer.size()) m_theCheckedTo = m_theReadBuffer.size();
+  ZrXmlWellFormednessChecker::CharacterFault fault;
+  const std::string_view unchecked = std::string_view(m_theReadBuffer).substr(m_theCheckedTo);
+  const std::size_t checked = ZrXmlWellFormednessChecker::checkCharacters(unchecked, m_theStreamExhausted, fault);
+  if (fault.at != std::string_view::npos)
+    warnMessageAtOffset(("file not well formed.\n\t" + fault.what).c_str(), m_theCheckedTo + fault.at);
+  m_theCheckedTo += checked;
+}
+
+// A report about the character at `offset` in the read buffer, which may lie ahead of the read index:
+// its line is counted up to it.
+void ZrXmlFileReader::warnMessageAtOffset(const char* what, std::size_t offset) const {
+  std::int64_t line = lineCount();
+  if (offset > m_theReadIndex && offset <= m_theReadBuffer.size())
+    line += countLineFeeds(m_theReadBuffer.data() + m_theReadIndex, m_theReadBuffer.data() + offset);
+  Zr::Print::instance().write(Zr::PrintError, "ZrXmlFileReader Error: %s\n\tFile: %s\n\tLine: %lld\n", what,
+                              m_theFilename.c_str(), static_cast<long long>(line));
+}
+
 // The '>' that ends the markup beginning at the read index, given the first '>' after it: in strict mode
 // a '>' inside a quoted attribute value, a comment before its "--", a CDATA section before its "]]", a
 // processing instruction before its '?' or a document type declaration's quoted strings or internal
@@ -1017,6 +1173,7 @@ std::size_t ZrXmlFileReader::strictTagEnd(std::size_t close) {
   char quote = 0;
   bool inSubset = false;
   bool inComment = false;
+  bool inInstruction = false;  // a processing instruction of the internal subset
   std::size_t scanned = 0;  // relative to the read index, which a block read may move
   for (;;) {
     const std::string_view markup(m_theReadBuffer.data() + m_theReadIndex, close - m_theReadIndex);
@@ -1034,18 +1191,20 @@ std::size_t ZrXmlFileReader::strictTagEnd(std::size_t close) {
       ends = markup.size() >= 2 && markup.back() == '?';
     } else {
       // A document type declaration, or other markup read by the same rules: quoted strings, and for a
-      // document type its internal subset with the comments in it.
+      // document type its internal subset with the comments and processing instructions in it.
       m_theTagSuspect = true;  // not scanned for the checks: they look for themselves
       for (std::size_t at = scanned; at < markup.size(); ++at) {
         const char c = markup[at];
         if (inComment) inComment = !(c == '>' && at >= 2 && markup[at - 1] == '-' && markup[at - 2] == '-');
+        else if (inInstruction) inInstruction = !(c == '>' && markup[at - 1] == '?');
+        else if (inSubset && c == '?' && markup[at - 1] == '<') inInstruction = true;
         else if (quote) quote = c == quote ? 0 : quote;
         else if (c == '"' || c == '\'') quote = c;
         else if (c == '[') inSubset = true;
         else if (c == ']') inSubset = false;
         else if (inSubset && c == '-' && at >= 3 && markup.compare(at - 3, 4, "<!--") == 0) inComment = true;
       }
-      ends = !quote && !inSubset && !inComment;
+      ends = !quote && !inSubset && !inComment && !inInstruction;
     }
     if (ends) return close;
     scanned = markup.size();  // the '>' at `close` belongs to the markup from now on
@@ -1213,7 +1372,7 @@ bool ZrXmlFileReader::parseStartTag(std::string_view text) {
   }
   if (m_theUnreadAttributes != 0) warnMessage("file possibly not valid.\n\tPrevious attribute names were not used.");
   clearAttributes();
-  if (expanding()) m_theAttributeText.reserve(text.size());  // expanded values are never longer
+  if (expanding()) m_theAttributeText.reserve(text.size());  // expanded values are longer only through entities
 
   for (;;) {
     const char* gap = at;
@@ -1306,11 +1465,21 @@ void ZrXmlFileReader::addAttribute(std::string_view name, std::size_t localOffse
       for (std::size_t i = 0; i < m_theAttributeCount; ++i) m_theAttributeLocals.insert(m_theAttributeEntries[i].local());
     if (!m_theAttributeLocals.insert(local).second) return;
   }
-  if (expanding()) {
-    // Reserved for the whole tag when it began, so the text held so far never moves.
+  if (expanding() && std::memchr(value.data(), '&', value.size())) {
+    // Reserved for the whole tag when it began, so the text held so far never moves, unless entities of
+    // the document type made a value longer than it was written: then the values held move with it.
     m_theScratch.assign(value.data(), value.size());
-    expandReferencesIn(m_theScratch);
+    expandReferencesIn(m_theScratch, true);
     const std::size_t offset = m_theAttributeText.size();
+    if (offset + m_theScratch.size() > m_theAttributeText.capacity()) {
+      const char* const before = m_theAttributeText.data();
+      m_theAttributeText.reserve(2 * (offset + m_theScratch.size()));
+      for (std::size_t i = 0; i < m_theAttributeCount; ++i) {
+        std::string_view& held = m_theAttributeEntries[i].value;
+        if (held.data() >= before && held.data() <= before + offset)
+          held = std::string_view(m_theAttributeText.data() + (held.data() - before), held.size());
+      }
+    }
     m_theAttributeText.append(m_theScratch);
     value = std::string_view(m_theAttributeText).substr(offset);
   }
