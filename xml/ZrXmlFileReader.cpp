@@ -264,22 +264,28 @@ std::int64_t countLineFeeds(const char* begin, const char* end) {
 
 // The quote a tag's text leaves open (0 for none), given the one open before it. Runs of sixteen bytes
 // without an apostrophe, outside a value in single quotes, are settled by the parity of their double
-// quotes where the processor allows; the rest goes character by character. The same pass notes whether
-// the text holds a '<' or a control character, which the strict checks then look at again.
-char quoteAfter(std::string_view text, char quote, bool& suspect) {
+// quotes where the processor allows; the rest goes character by character. The last run of a tag is
+// read as sixteen bytes too, the bytes past the tag left out of the counts, when `readable` bytes (those
+// of the buffer from the tag on) hold them. The same pass notes whether the text holds a '<' or a control
+// character, which the strict checks then look at again.
+char quoteAfter(std::string_view text, char quote, bool& suspect, std::size_t readable) {
   std::size_t at = 0;
 #ifdef __SSE2__
   const __m128i doubleQuote = _mm_set1_epi8('"'), apostrophe = _mm_set1_epi8('\''), less = _mm_set1_epi8('<'),
                 control = _mm_set1_epi8(0x1F);
-  __m128i odd = _mm_setzero_si128();
-  for (; at + 16 <= text.size() && quote != '\''; at += 16) {
+  unsigned odd = 0;
+  for (; at < text.size() && at + 16 <= readable && quote != '\''; at += 16) {
     const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
-    if (_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, apostrophe)) != 0) break;
-    odd = _mm_or_si128(odd, _mm_or_si128(_mm_cmpeq_epi8(bytes, less), _mm_cmpeq_epi8(_mm_min_epu8(bytes, control), bytes)));
-    const int doubles = _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, doubleQuote));
-    if (__builtin_popcount(static_cast<unsigned>(doubles)) & 1) quote = quote ? 0 : '"';
+    const unsigned inTag = at + 16 <= text.size() ? 0xFFFFu : (1u << (text.size() - at)) - 1;
+    if (static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, apostrophe))) & inTag) break;
+    odd |= static_cast<unsigned>(_mm_movemask_epi8(
+               _mm_or_si128(_mm_cmpeq_epi8(bytes, less), _mm_cmpeq_epi8(_mm_min_epu8(bytes, control), bytes)))) &
+           inTag;
+    const unsigned doubles = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, doubleQuote))) & inTag;
+    if (__builtin_popcount(doubles) & 1) quote = quote ? 0 : '"';
   }
-  if (_mm_movemask_epi8(odd) != 0) suspect = true;
+  if (odd != 0) suspect = true;
+  if (at > text.size()) at = text.size();
 #endif
   for (; at < text.size(); ++at) {
     const char c = text[at];
@@ -1181,7 +1187,9 @@ std::size_t ZrXmlFileReader::strictTagEnd(std::size_t close) {
     if (!markup.empty() && markup[0] == '/') {
       ends = true;  // an end tag holds no value
     } else if (markup.empty() || (markup[0] != '!' && markup[0] != '?')) {
-      quote = quoteAfter(markup.substr(scanned), quote, m_theTagSuspect);  // a tag: only its quotes matter
+      // A tag: only its quotes matter.
+      quote = quoteAfter(markup.substr(scanned), quote, m_theTagSuspect,
+                         m_theReadBuffer.size() - m_theReadIndex - scanned);
       ends = !quote;
     } else if (startsWith(markup, "!--")) {
       ends = markup.size() >= 5 && endsWith(markup, "--");

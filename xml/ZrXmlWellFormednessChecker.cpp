@@ -388,10 +388,20 @@ void ZrXmlWellFormednessChecker::popDeclaration() {
 }
 
 // The name's form, and its prefix declared in scope. Returns the position of its ':' (npos for none).
-std::size_t ZrXmlWellFormednessChecker::checkName(std::string_view name) const {
-  bool valid;
-  const std::size_t colon = scanQualifiedName(name, valid);
-  if (!valid) report("Invalid name: " + std::string(name));
+std::size_t ZrXmlWellFormednessChecker::checkName(std::string_view name) {
+  std::size_t colon;
+  if (sameName(name, m_theValidName)) {
+    colon = m_theValidNameColon;
+  } else {
+    bool valid;
+    colon = scanQualifiedName(name, valid);
+    if (!valid) {
+      report("Invalid name: " + std::string(name));
+    } else {
+      m_theValidName.assign(name.data(), name.size());
+      m_theValidNameColon = colon;
+    }
+  }
   if (colon != std::string_view::npos) checkPrefixDeclared(name.substr(0, colon));
   return colon;
 }
@@ -414,37 +424,47 @@ void ZrXmlWellFormednessChecker::checkNamespaceDeclaration(std::string_view attr
 
 // ---- tags ----
 
-// Most of an attribute is checked as it comes: its white space, its name's form, and its name against the
-// tag's first attributes. Its prefix waits for the tag's own declarations, which may follow it.
-void ZrXmlWellFormednessChecker::addAttribute(std::string_view name, std::string_view value, bool whiteBefore) {
-  if (!whiteBefore) report("White space required between attributes.");
-  if (isXmlnsAttribute(name)) {
-    m_theTagDeclares = true;
-  } else {
-    bool valid;
-    if (scanQualifiedName(name, valid) != std::string_view::npos) m_theTagHasPrefixes = true;
-    if (!valid) report("Invalid name: " + std::string(name));
-  }
-  const std::size_t earlier = std::min(m_theAttributes.size(), thePairwiseLimit);
-  for (std::size_t i = 0; i < earlier && m_theAttributes.size() < thePairwiseLimit; ++i)
-    if (sameName(m_theAttributes[i].first, name)) {
-      report("Attribute specified twice: " + std::string(name));
-      break;
-    }
-  m_theAttributes.emplace_back(name, value);
-}
-
 void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::string_view name, std::size_t depth,
                                                bool suspect) {
   if (depth == 1) {
     if (m_theRootSeen) report("More than one root element: " + std::string(name));
     m_theRootSeen = true;
   }
+  if (!m_theAttributes.empty()) checkAttributes(depth);
   // '<' can only stand in a value; the tokenizer's pass over the tag tells whether it may hold one.
   if (suspect && findByte(tag, '<') != std::string_view::npos)
     for (const auto& attribute : m_theAttributes)
       if (attribute.second.find('<') != std::string_view::npos) report("'<' not allowed in attribute value.");
-  if (m_theTagDeclares) {
+  checkName(name);  // after the tag's own declarations, which are in force on it
+  m_theAttributes.clear();
+}
+
+// The tag's attributes in one pass: white space before each, its name's form, and its name against the
+// ones before it (sorted instead, when there are many); then the tag's declarations come into force and
+// prefixed names are looked up.
+void ZrXmlWellFormednessChecker::checkAttributes(std::size_t depth) {
+  bool declares = false, prefixed = false;
+  const std::size_t count = m_theAttributes.size();
+  for (std::size_t i = 0; i < count; ++i) {
+    const WrittenAttribute& attribute = m_theAttributes[i];
+    const std::string_view name = attribute.first;
+    if (!attribute.whiteBefore) report("White space required between attributes.");
+    if (isXmlnsAttribute(name)) {
+      declares = true;
+    } else {
+      bool valid;
+      if (scanQualifiedName(name, valid) != std::string_view::npos) prefixed = true;
+      if (!valid) report("Invalid name: " + std::string(name));
+    }
+    if (count > thePairwiseLimit) continue;
+    for (std::size_t earlier = 0; earlier < i; ++earlier)
+      if (sameName(m_theAttributes[earlier].first, name)) {
+        report("Attribute specified twice: " + std::string(name));
+        break;
+      }
+  }
+  if (count > thePairwiseLimit) checkManyAttributesOnce();
+  if (declares) {
     for (const auto& attribute : m_theAttributes) {
       if (!isXmlnsAttribute(attribute.first)) continue;
       checkNamespaceDeclaration(attribute.first, attribute.second);
@@ -452,11 +472,7 @@ void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::string
                       depth);
     }
   }
-  checkName(name);  // after the tag's own declarations, which are in force on it
-  if (m_theTagHasPrefixes) checkPrefixedAttributes();
-  if (m_theAttributes.size() > thePairwiseLimit) checkManyAttributesOnce();
-  m_theAttributes.clear();
-  m_theTagDeclares = m_theTagHasPrefixes = false;
+  if (prefixed) checkPrefixedAttributes();
 }
 
 // Prefixed attribute names: each prefix declared, and no two names for one namespace and local name.
@@ -486,19 +502,19 @@ void ZrXmlWellFormednessChecker::checkPrefixedAttributes() {
       report("Attribute specified twice: " + std::string(names[i].written));
 }
 
-// A tag with more attributes than are compared pairwise as they come: sorted, so that the check stays
-// linear-logarithmic however many attributes a tag holds. Duplicates among the first ones were reported.
+// A tag with more attributes than are compared pairwise: sorted, so that the check stays
+// linear-logarithmic however many attributes a tag holds.
 void ZrXmlWellFormednessChecker::checkManyAttributesOnce() {
   std::vector<std::pair<std::string_view, std::size_t>>& written = m_theWrittenNames;
   written.clear();
   for (std::size_t i = 0; i < m_theAttributes.size(); ++i) written.emplace_back(m_theAttributes[i].first, i);
   std::sort(written.begin(), written.end());
   for (std::size_t i = 1; i < written.size(); ++i)
-    if (written[i].first == written[i - 1].first && written[i].second >= thePairwiseLimit)
+    if (written[i].first == written[i - 1].first)
       report("Attribute specified twice: " + std::string(written[i].first));
 }
 
-void ZrXmlWellFormednessChecker::checkEndTag(std::string_view name) const { checkName(name); }
+void ZrXmlWellFormednessChecker::checkEndTag(std::string_view name) { checkName(name); }
 
 void ZrXmlWellFormednessChecker::closeElement(std::size_t depth) {
   while (!m_theDeclarations.empty() && m_theDeclarations.back().depth >= depth) popDeclaration();

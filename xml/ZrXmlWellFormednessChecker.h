@@ -54,10 +54,13 @@ class ZrXmlWellFormednessChecker {
   // whether white space came before it), then the tag's text without '<', '>' and a closing '/', its
   // element name, the open-element stack's size with this element pushed, and whether the tag may hold a
   // '<' or a control character (the tokenizer's own pass over the tag tells; false spares a second one).
-  void addAttribute(std::string_view name, std::string_view value, bool whiteBefore);
+  // Kept for the tag's check: a call per attribute into another source file would cost more than this.
+  void addAttribute(std::string_view name, std::string_view value, bool whiteBefore) {
+    m_theAttributes.push_back({name, value, whiteBefore});
+  }
   void checkStartTag(std::string_view tag, std::string_view name, std::size_t depth, bool suspect = true);
   // An end tag's name.
-  void checkEndTag(std::string_view name) const;
+  void checkEndTag(std::string_view name);
   // The element at depth is closed: its declarations go out of scope.
   void closeElement(std::size_t depth);
   // The text of a processing instruction between "<?" and "?>"; atStart when nothing came before it.
@@ -89,7 +92,7 @@ class ZrXmlWellFormednessChecker {
 
   void report(const std::string& fault) const;
   const Declaration* declared(std::string_view prefix) const;
-  std::size_t checkName(std::string_view name) const;
+  std::size_t checkName(std::string_view name);
   void checkPrefixDeclared(std::string_view prefix) const;
   void checkNamespaceDeclaration(std::string_view attribute, std::string_view uri) const;
   void pushDeclaration(std::string_view prefix, std::string_view uri, std::size_t depth);
@@ -110,14 +113,22 @@ class ZrXmlWellFormednessChecker {
   bool m_theDoctypeSeen = false;
   bool m_theEndChecked = false;
   // Work lists of the tag being checked, kept so that checking a tag allocates nothing once warmed up.
-  std::vector<std::pair<std::string_view, std::string_view>> m_theAttributes;  // name and value as written
+  struct WrittenAttribute {
+    std::string_view first;   // the name as written
+    std::string_view second;  // the value as written
+    bool whiteBefore;
+  };
+  std::vector<WrittenAttribute> m_theAttributes;
+  void checkAttributes(std::size_t depth);
+  // The last name found valid, with the position of its ':': documents name the same elements again
+  // and again, and an end tag mostly names the element its start tag has just named.
+  std::string m_theValidName;
+  std::size_t m_theValidNameColon = std::string_view::npos;
   struct ExpandedName {
     std::string_view uri, local, written;
   };
   std::vector<ExpandedName> m_theExpandedNames;
   std::vector<std::pair<std::string_view, std::size_t>> m_theWrittenNames;  // name as written, position
-  bool m_theTagDeclares = false;     // the tag being read declares namespaces
-  bool m_theTagHasPrefixes = false;  // the tag being read has prefixed attribute names
 };
 
 #endif
