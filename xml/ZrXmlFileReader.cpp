@@ -1041,7 +1041,8 @@ int ZrXmlFileReader::nextEvent() {
     }
 
     std::size_t close = findCharSoon('>', m_theReadIndex);
-    if (m_theChecker && close != npos) close = strictTagEnd(close);
+    // An end tag holds no quoted value: its first '>' ends it.
+    if (m_theChecker && close != npos && m_theReadBuffer[m_theReadIndex] != '/') close = strictTagEnd(close);
     if (close == npos) {
       consumeTo(m_theReadBuffer.size());
       if (!m_theElementStack.empty()) warnMessage("file not well formed.\n\tEOF found before end of tag.");
@@ -1050,9 +1051,10 @@ int ZrXmlFileReader::nextEvent() {
     std::string_view tag(m_theReadBuffer.data() + m_theReadIndex, close - m_theReadIndex);
     consumeTo(close + 1);
 
-    if (m_theChecker && checkStrictMarkup(tag, atDocumentStart, contentRead)) continue;
+    const bool markup = !tag.empty() && (tag[0] == '!' || tag[0] == '?');
+    if (m_theChecker && markup && checkStrictMarkup(tag, atDocumentStart, contentRead)) continue;
     // Only a comment ("!--") or a declaration ('?') is skipped: other tags are not handed over.
-    if (!tag.empty() && (tag[0] == '!' || tag[0] == '?') && skipCommentOrDeclaration(tag, nullptr)) continue;
+    if (markup && skipCommentOrDeclaration(tag, nullptr)) continue;
 
     int type = classifyTag(tag);
     if (type == 5) {

@@ -346,7 +346,7 @@ void ZrXmlWellFormednessChecker::checkComment(std::string_view text) const {
 const ZrXmlWellFormednessChecker::Declaration* ZrXmlWellFormednessChecker::declared(std::string_view prefix) const {
   if (!m_theIndexed) {
     for (auto at = m_theDeclarations.rbegin(); at != m_theDeclarations.rend(); ++at)
-      if (at->prefix == prefix) return &*at;
+      if (sameText(prefix, at->prefix)) return &*at;
     return nullptr;
   }
   m_theLookupKey.assign(prefix.data(), prefix.size());
@@ -389,17 +389,24 @@ void ZrXmlWellFormednessChecker::popDeclaration() {
 
 // The name's form, and its prefix declared in scope. Returns the position of its ':' (npos for none).
 std::size_t ZrXmlWellFormednessChecker::checkName(std::string_view name) {
-  std::size_t colon;
-  if (sameName(name, m_theValidName)) {
-    colon = m_theValidNameColon;
-  } else {
+  std::size_t colon = std::string_view::npos;
+  bool known = false;
+  for (const ValidName& valid : m_theValidNames)
+    if (sameText(name, valid.name) && !name.empty()) {
+      colon = valid.colon;
+      known = true;
+      break;
+    }
+  if (!known) {
     bool valid;
     colon = scanQualifiedName(name, valid);
     if (!valid) {
       report("Invalid name: " + std::string(name));
     } else {
-      m_theValidName.assign(name.data(), name.size());
-      m_theValidNameColon = colon;
+      ValidName& entry = m_theValidNames[m_theNextValidName];
+      m_theNextValidName = (m_theNextValidName + 1) % theValidNames;
+      entry.name.assign(name.data(), name.size());
+      entry.colon = colon;
     }
   }
   if (colon != std::string_view::npos) checkPrefixDeclared(name.substr(0, colon));
@@ -514,7 +521,6 @@ void ZrXmlWellFormednessChecker::checkManyAttributesOnce() {
       report("Attribute specified twice: " + std::string(written[i].first));
 }
 
-void ZrXmlWellFormednessChecker::checkEndTag(std::string_view name) { checkName(name); }
 
 void ZrXmlWellFormednessChecker::closeElement(std::size_t depth) {
   while (!m_theDeclarations.empty() && m_theDeclarations.back().depth >= depth) popDeclaration();

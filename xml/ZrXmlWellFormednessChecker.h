@@ -60,7 +60,11 @@ class ZrXmlWellFormednessChecker {
   }
   void checkStartTag(std::string_view tag, std::string_view name, std::size_t depth, bool suspect = true);
   // An end tag's name.
-  void checkEndTag(std::string_view name);
+  // Most end tags name the element whose start tag was checked last: that name is not looked at again.
+  void checkEndTag(std::string_view name) {
+    const ValidName& last = m_theValidNames[(m_theNextValidName + theValidNames - 1) % theValidNames];
+    if (name.empty() || last.colon != std::string_view::npos || !sameText(name, last.name)) checkName(name);
+  }
   // The element at depth is closed: its declarations go out of scope.
   void closeElement(std::size_t depth);
   // The text of a processing instruction between "<?" and "?>"; atStart when nothing came before it.
@@ -120,10 +124,21 @@ class ZrXmlWellFormednessChecker {
   };
   std::vector<WrittenAttribute> m_theAttributes;
   void checkAttributes(std::size_t depth);
-  // The last name found valid, with the position of its ':': documents name the same elements again
-  // and again, and an end tag mostly names the element its start tag has just named.
-  std::string m_theValidName;
-  std::size_t m_theValidNameColon = std::string_view::npos;
+  // The last names found valid, with the position of their ':': documents name the same few elements
+  // again and again, and an end tag mostly names the element whose start tag came just before it.
+  struct ValidName {
+    std::string name;
+    std::size_t colon = std::string_view::npos;
+  };
+  static const std::size_t theValidNames = 4;
+  ValidName m_theValidNames[theValidNames];
+  std::size_t m_theNextValidName = 0;  // the entry the next valid name replaces
+  static bool sameText(std::string_view one, const std::string& other) {
+    if (one.size() != other.size()) return false;
+    for (std::size_t i = 0; i < one.size(); ++i)
+      if (one[i] != other[i]) return false;
+    return true;
+  }
   struct ExpandedName {
     std::string_view uri, local, written;
   };
