@@ -114,11 +114,15 @@ class SchemaValidator {
   bool usable() const { return m_theSchema != nullptr; }
   // The number of violations in the document at path; -1 when it could not be validated at all.
   long validate(const std::string& path);
+  // The same for the document as it was read (see ZrxmlSchemaTree.h), each violation named by the file
+  // and line of its element.
+  long validate(const std::string& path, const class SchemaTree& tree);
 
   // What the validator's reports go to: their count, and the file they concern.
   struct Faults {
     std::size_t count = 0;
     std::string file;
+    const class SchemaTree* tree = nullptr;  // where the elements of a tree being validated come from
   };
 
  private:

@@ -41,6 +41,16 @@ cmp - '${CMAKE_CURRENT_SOURCE_DIR}/data/robotCellWritten.xml'")
     zr_schema_check_test(checkSchemaInvalid ${CMAKE_CURRENT_SOURCE_DIR}/data/robotCellInvalid.xml 1
                          "robotCellInvalid.xml: NOT valid, .*, 2 schema violations"
                          "-DERROR_REGEX=robotCellInvalid.xml[^L]*Line: 11.*robotCellInvalid.xml[^L]*Line: 13")
+    # Documents as the library reads them: the toolkit's form (the namespace from xsi:schemaLocation), and
+    # a robot included from another file, whose violation names that file and its line.
+    set(toolData ${CMAKE_CURRENT_SOURCE_DIR}/data/tool)
+    zr_schema_check_test(checkSchemaToolkitForm ${CMAKE_CURRENT_SOURCE_DIR}/data/robotCellWritten.xml 0
+                         "robotCellWritten.xml: ok, .*, 0 schema violations")
+    zr_schema_check_test(checkSchemaFollowsIncludes ${toolData}/cellWithInclude.xml 0
+                         "cellWithInclude.xml: ok, .*, 0 schema violations")
+    zr_schema_check_test(checkSchemaNamesTheIncludedFile ${toolData}/cellWithInvalidInclude.xml 1
+                         "cellWithInvalidInclude.xml: NOT valid, .*, 1 schema violation\n"
+                         "-DERROR_REGEX='heavy' is not a valid value[^L]*cellLoaderInvalid.xml[^L]*Line: 9")
   endif()
 endif()
 
