@@ -92,6 +92,8 @@ TEST(ZrXmlFileReaderConformance, EachRuleIsReportedInStrictModeOnly) {
       {"name holding a multiplication sign", "<a\xC3\x97/>", "Invalid name: a\xC3\x97"},
       {"local name starting with a combining character", "<p:\xCC\x80 xmlns:p=\"u\"/>", "Invalid name: p:\xCC\x80"},
       {"attribute name starting with a middle dot", "<r \xC2\xB7=\"1\"/>", "Invalid name: \xC2\xB7"},
+      {"end tag with another prefix for the same namespace", "<a:x xmlns:a=\"u\" xmlns:b=\"u\"></b:x>",
+       "End tag does not match start tag: </b:x> closes <a:x>"},
       // the internal subset
       {"content model mixing ',' and '|'", "<!DOCTYPE r [<!ELEMENT r (a,b|c)>]><r/>", "Malformed element declaration."},
       {"mixed content without '*'", "<!DOCTYPE r [<!ELEMENT r (#PCDATA|a)>]><r/>", "Malformed element declaration."},

@@ -1322,7 +1322,7 @@ int ZrXmlFileReader::tagType(std::string& tag) { return classifyTag(tag); }
 int ZrXmlFileReader::classifyTag(std::string_view tag) {
   if (isAllWhite(tag)) return 5;
   if (tag[0] == '/') {
-    if (m_theChecker) m_theChecker->checkEndTag(stripView(tag.substr(1)));
+    if (m_theChecker) m_theChecker->checkEndTag(stripView(tag.substr(1)), m_theElementStack.size());
     return readEndTag(tag);
   }
   if (!mayOpenElement()) return 0;

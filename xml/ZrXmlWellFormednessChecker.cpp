@@ -276,7 +276,9 @@ ZrXmlWellFormednessChecker::ZrXmlWellFormednessChecker(const ZrXmlWellFormedness
       m_theDocumentType(other.m_theDocumentType ? new ZrXmlDocumentType(*other.m_theDocumentType) : nullptr),
       m_theRootSeen(other.m_theRootSeen),
       m_theDoctypeSeen(other.m_theDoctypeSeen),
-      m_theEndChecked(other.m_theEndChecked) {}
+      m_theEndChecked(other.m_theEndChecked) {
+  m_theOpenNames = other.m_theOpenNames;
+}
 
 void ZrXmlWellFormednessChecker::report(const std::string& fault) const {
   m_theReader->warnMessage(("file not well formed.\n\t" + fault).c_str());
@@ -329,6 +331,11 @@ std::size_t ZrXmlWellFormednessChecker::checkCharacters(std::string_view text, b
 // The characters were checked as they were read; text can still hold "]]>", which a ']' betrays.
 void ZrXmlWellFormednessChecker::checkText(std::string_view text, bool cdata) const {
   if (cdata) return;
+  if (text.size() < 32) {  // most texts between tags: looked at without a call
+    bool bracket = false;
+    for (char c : text) bracket |= c == ']';
+    if (!bracket) return;
+  }
   for (std::size_t at = findByte(text, ']'); at != std::string_view::npos; at = findByte(text, ']', at + 1))
     if (text.compare(at, 3, "]]>") == 0) {
       report("']]>' not allowed in text.");
@@ -444,6 +451,19 @@ void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::string
       if (attribute.second.find('<') != std::string_view::npos) report("'<' not allowed in attribute value.");
   checkName(name);  // after the tag's own declarations, which are in force on it
   m_theAttributes.clear();
+  if (m_theOpenNames.size() < depth) m_theOpenNames.resize(depth);
+  m_theOpenNames[depth - 1].assign(name.data(), name.size());
+}
+
+// An end tag written otherwise than its start tag: a name of its own to check, and when only the prefix
+// differs (the local names the tokenizer compares are the same) a fault the tokenizer does not see.
+void ZrXmlWellFormednessChecker::checkOtherEndTag(std::string_view name, std::size_t depth) {
+  checkName(name);
+  if (depth == 0 || depth > m_theOpenNames.size()) return;
+  const std::string_view start = m_theOpenNames[depth - 1];
+  const auto local = [](std::string_view written) { return written.substr(written.find(':') + 1); };
+  if (local(name) == local(start))
+    report("End tag does not match start tag: </" + std::string(name) + "> closes <" + std::string(start) + ">");
 }
 
 // The tag's attributes in one pass: white space before each, its name's form, and its name against the
@@ -492,10 +512,12 @@ void ZrXmlWellFormednessChecker::checkPrefixedAttributes() {
     const std::size_t colon = written.find(':');
     if (colon == std::string_view::npos || isXmlnsAttribute(written)) continue;
     const std::string_view prefix = written.substr(0, colon);
-    checkPrefixDeclared(prefix);
-    const Declaration* declaration = prefix == "xml" ? nullptr : declared(prefix);
     std::string_view uri = theXmlNamespace;
-    if (prefix != "xml") uri = declaration ? std::string_view(declaration->uri) : std::string_view();
+    if (prefix != "xml") {
+      const Declaration* declaration = prefix == "xmlns" ? nullptr : declared(prefix);
+      if (!declaration || declaration->uri.empty()) report("Prefix not declared: " + std::string(prefix));
+      uri = declaration ? std::string_view(declaration->uri) : std::string_view();
+    }
     names.push_back({uri, written.substr(colon + 1), written});
   }
   if (names.size() < 2) return;

@@ -60,10 +60,11 @@ class ZrXmlWellFormednessChecker {
   }
   void checkStartTag(std::string_view tag, std::string_view name, std::size_t depth, bool suspect = true);
   // An end tag's name.
-  // Most end tags name the element whose start tag was checked last: that name is not looked at again.
-  void checkEndTag(std::string_view name) {
-    const ValidName& last = m_theValidNames[(m_theNextValidName + theValidNames - 1) % theValidNames];
-    if (name.empty() || last.colon != std::string_view::npos || !sameText(name, last.name)) checkName(name);
+  // An end tag's name, and the open-element stack's size before it closes anything. An end tag that
+  // names its element as the start tag did needs no other look: that name was checked with its prefix.
+  void checkEndTag(std::string_view name, std::size_t depth) {
+    if (depth == 0 || depth > m_theOpenNames.size() || !sameText(name, m_theOpenNames[depth - 1]))
+      checkOtherEndTag(name, depth);
   }
   // The element at depth is closed: its declarations go out of scope.
   void closeElement(std::size_t depth);
@@ -124,6 +125,8 @@ class ZrXmlWellFormednessChecker {
   };
   std::vector<WrittenAttribute> m_theAttributes;
   void checkAttributes(std::size_t depth);
+  void checkOtherEndTag(std::string_view name, std::size_t depth);
+  std::vector<std::string> m_theOpenNames;  // the start tags' names as written, by depth; kept as spares
   // The last names found valid, with the position of their ':': documents name the same few elements
   // again and again, and an end tag mostly names the element whose start tag came just before it.
   struct ValidName {
