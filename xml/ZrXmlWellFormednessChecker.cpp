@@ -409,6 +409,7 @@ std::size_t ZrXmlWellFormednessChecker::checkName(std::string_view name) {
     colon = scanQualifiedName(name, valid);
     if (!valid) {
       report("Invalid name: " + std::string(name));
+      ++m_theInvalidNames;
     } else {
       ValidName& entry = m_theValidNames[m_theNextValidName];
       m_theNextValidName = (m_theNextValidName + 1) % theValidNames;
@@ -449,10 +450,15 @@ void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::string
   if (suspect && findByte(tag, '<') != std::string_view::npos)
     for (const auto& attribute : m_theAttributes)
       if (attribute.second.find('<') != std::string_view::npos) report("'<' not allowed in attribute value.");
-  checkName(name);  // after the tag's own declarations, which are in force on it
   m_theAttributes.clear();
   if (m_theOpenNames.size() < depth) m_theOpenNames.resize(depth);
-  m_theOpenNames[depth - 1].assign(name.data(), name.size());
+  OpenName& written = m_theOpenNames[depth - 1];
+  if (written.plain && sameText(name, written.name)) return;  // the name of the element before it here
+  // After the tag's own declarations, which are in force on it.
+  const std::size_t errorsBefore = m_theInvalidNames;
+  const bool prefixed = checkName(name) != std::string_view::npos;
+  if (!sameText(name, written.name)) written.name.assign(name.data(), name.size());
+  written.plain = !prefixed && errorsBefore == m_theInvalidNames;
 }
 
 // An end tag written otherwise than its start tag: a name of its own to check, and when only the prefix
@@ -460,7 +466,7 @@ void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::string
 void ZrXmlWellFormednessChecker::checkOtherEndTag(std::string_view name, std::size_t depth) {
   checkName(name);
   if (depth == 0 || depth > m_theOpenNames.size()) return;
-  const std::string_view start = m_theOpenNames[depth - 1];
+  const std::string_view start = m_theOpenNames[depth - 1].name;
   const auto local = [](std::string_view written) { return written.substr(written.find(':') + 1); };
   if (local(name) == local(start))
     report("End tag does not match start tag: </" + std::string(name) + "> closes <" + std::string(start) + ">");

@@ -63,7 +63,7 @@ class ZrXmlWellFormednessChecker {
   // An end tag's name, and the open-element stack's size before it closes anything. An end tag that
   // names its element as the start tag did needs no other look: that name was checked with its prefix.
   void checkEndTag(std::string_view name, std::size_t depth) {
-    if (depth == 0 || depth > m_theOpenNames.size() || !sameText(name, m_theOpenNames[depth - 1]))
+    if (depth == 0 || depth > m_theOpenNames.size() || !sameText(name, m_theOpenNames[depth - 1].name))
       checkOtherEndTag(name, depth);
   }
   // The element at depth is closed: its declarations go out of scope.
@@ -126,7 +126,14 @@ class ZrXmlWellFormednessChecker {
   std::vector<WrittenAttribute> m_theAttributes;
   void checkAttributes(std::size_t depth);
   void checkOtherEndTag(std::string_view name, std::size_t depth);
-  std::vector<std::string> m_theOpenNames;  // the start tags' names as written, by depth; kept as spares
+  // The start tags' names as written, by depth, kept as spares: the elements of one depth mostly bear the
+  // same few names. A plain name is valid and has no prefix, so nothing about it can change.
+  struct OpenName {
+    std::string name;
+    bool plain = false;
+  };
+  std::vector<OpenName> m_theOpenNames;
+  std::size_t m_theInvalidNames = 0;  // names reported invalid so far
   // The last names found valid, with the position of their ':': documents name the same few elements
   // again and again, and an end tag mostly names the element whose start tag came just before it.
   struct ValidName {
