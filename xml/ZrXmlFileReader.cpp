@@ -1475,7 +1475,7 @@ void ZrXmlFileReader::addAttribute(std::string_view name, std::size_t localOffse
       for (std::size_t i = 0; i < m_theAttributeCount; ++i) m_theAttributeLocals.insert(m_theAttributeEntries[i].local());
     if (!m_theAttributeLocals.insert(local).second) return;
   }
-  if (expanding() && std::memchr(value.data(), '&', value.size())) {
+  if (expanding() && findShortFirst(value.data(), value.data() + value.size(), '&')) {
     // Reserved for the whole tag when it began, so the text held so far never moves, unless entities of
     // the document type made a value longer than it was written: then the values held move with it.
     m_theScratch.assign(value.data(), value.size());
