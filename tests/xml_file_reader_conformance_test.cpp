@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -211,6 +212,79 @@ TEST(ZrXmlWellFormednessChecker, NameTokensAndNames) {
   EXPECT_FALSE(ZrXmlWellFormednessChecker::isName("\xCC\x80"));
   EXPECT_TRUE(ZrXmlWellFormednessChecker::isName("\xF0\x90\x80\x80"));  // U+10000
   EXPECT_FALSE(ZrXmlWellFormednessChecker::isName("\xF3\xB0\x80\x80"));  // U+F0000, above the name ranges
+}
+
+}  // namespace
+
+namespace {
+
+// Reads a document to its end with a reader set up by `setUp`, and returns the events and messages.
+template <class SetUp>
+ZrTest::Trace traceWith(const std::string& document, SetUp setUp) {
+  ZrTest::Trace trace;
+  ZrTest::PrintCapture capture;
+  {
+    std::istringstream in(document);
+    ZrXmlFileReader reader("doc.xml", in);
+    reader.setStrict(true);
+    setUp(reader);
+    for (int mode = reader.readXml();; mode = reader.readXml()) {
+      trace.events.push_back(ZrTest::describeEvent(reader, mode));
+      if (mode == 5 || (mode == 0 && reader.atEndOfInput())) break;
+    }
+  }
+  for (const auto& message : capture.texts()) trace.messages.push_back(ZrTest::shortMessage(message));
+  return trace;
+}
+
+// Characters of other encodings whose bytes are cut by the edge of a block read: each is decoded whole
+// with the block that follows (a block is 16,383 bytes, so UTF-16's code units are cut at every edge).
+TEST(ZrXmlFileReaderConformance, EncodedCharactersAcrossBlockEdges) {
+  for (std::size_t pad = 8180; pad < 8196; ++pad) {
+    std::string text = "<r>" + std::string(pad, 'a') + "##</r>";
+    const ZrTest::Trace wide = traceIn(true, utf16(text, false, {0xD83D, 0xDE00}));
+    EXPECT_EQ(wide.messages, Messages()) << pad;
+    EXPECT_EQ(wide.events.at(1), "4 r '" + std::string(pad, 'a') + "\xF0\x9F\x98\x80'") << pad;
+  }
+  const std::string declaration = "<?xml version=\"1.0\" encoding=\"Shift_JIS\"?><r>";
+  for (std::size_t pad = 16370; pad < 16390; ++pad) {
+    const std::string document = declaration + std::string(pad - declaration.size(), 'a') + "\x82\xA0</r>";
+    const ZrTest::Trace japanese = traceIn(true, document);
+    EXPECT_EQ(japanese.messages, Messages()) << pad;
+    EXPECT_EQ(japanese.events.at(1), "4 r '" + std::string(pad - declaration.size(), 'a') + "\xE3\x81\x82'") << pad;
+  }
+}
+
+// The limit is each reader's own: past it a reference is reported once and kept as written, as are the
+// references after it; a reader with the class default expands them all.
+TEST(ZrXmlFileReaderConformance, ExpansionLimitIsTheReadersOwn) {
+  const std::string document = "<!DOCTYPE r [<!ENTITY e \"0123456789\">]><r>&e;&e;&e;</r>";
+  const ZrTest::Trace limited = traceWith(document, [](ZrXmlFileReader& reader) { reader.setMaxEntityExpansion(15); });
+  EXPECT_EQ(limited.events, (std::vector<std::string>{"1 r", "4 r '0123456789&e;&e;'", "0"}));
+  EXPECT_EQ(limited.messages,
+            Messages{fault("Entity expansion passes 15 bytes: &e; and the references after it are not expanded.")});
+  const ZrTest::Trace unlimited = traceWith(document, [](ZrXmlFileReader&) {});
+  EXPECT_EQ(unlimited.events.at(1), "4 r '012345678901234567890123456789'");
+  EXPECT_EQ(unlimited.messages, Messages());
+}
+
+// A copy made in the middle of a document goes on in the document's encoding, with its entities.
+TEST(ZrXmlFileReaderConformance, CopyGoesOnInTheDocumentsEncoding) {
+  const std::string document = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><!DOCTYPE r [<!ENTITY e \"\xE9t\xE9\">]>"
+                               "<r><a>&e;</a>" + std::string(40000, ' ') + "<b>\xE0</b></r>";
+  ZrTest::PrintCapture capture;
+  std::istringstream in(document);
+  ZrXmlFileReader reader("doc.xml", in);
+  reader.setStrict(true);
+  EXPECT_EQ(reader.readXml(), 1);
+  EXPECT_EQ(reader.readXml(), 1);
+  ZrXmlFileReader copy(reader);
+  EXPECT_EQ(copy.readXml(), 4);
+  EXPECT_EQ(copy.content(), "\xC3\xA9t\xC3\xA9");
+  EXPECT_EQ(copy.readXml(), 1);
+  EXPECT_EQ(copy.readXml(), 4);
+  EXPECT_EQ(copy.content(), "\xC3\xA0");
+  EXPECT_TRUE(capture.texts().empty());
 }
 
 }  // namespace
