@@ -12,11 +12,29 @@ const char* modeName(int mode) {
   return mode >= 0 && mode <= 5 ? names[mode] : "unknown";
 }
 
+// Line breaks, tabs and backslashes written as \n, \r, \t and \\, so that an event stays on one line
+// and the text can still be told apart from a written escape.
+std::string escaped(const std::string& text) {
+  std::string out;
+  out.reserve(text.size());
+  for (char c : text) {
+    switch (c) {
+      case '\n': out += "\\n"; break;
+      case '\r': out += "\\r"; break;
+      case '\t': out += "\\t"; break;
+      case '\\': out += "\\\\"; break;
+      default: out += c;
+    }
+  }
+  return out;
+}
+
 std::string nameOf(const ZrToken& token) {
   return token.namespaceText().empty() ? token.tokenText() : token.namespaceAndToken();
 }
 
-// "line 12: 1 start robot mass="12.5" name="r1"" and the like; attributes in name order.
+// "line 12: 1 start robot mass="12.5" name="r1"" and the like; attributes in name order, values and
+// content escaped.
 // Events of an included document name that document before the line.
 void printEvent(ZrXmlReader& reader, int mode) {
   std::string line = reader.depth() > 1 ? reader.filename() + " " : std::string();
@@ -25,11 +43,11 @@ void printEvent(ZrXmlReader& reader, int mode) {
     line += " " + nameOf(reader.element());
     while (reader.remainingNumOfAttributes() > 0) {
       std::string name = nameOf(reader.attributeName());
-      line += " " + name + "=\"" + reader.attributeValue() + "\"";
+      line += " " + name + "=\"" + escaped(reader.attributeValue()) + "\"";
     }
   } else if (mode == 2 || mode == 4) {
     line += " " + nameOf(reader.currentFileReader()->endTag());
-    if (mode == 4) line += " \"" + reader.content() + "\"";
+    if (mode == 4) line += " \"" + escaped(reader.content()) + "\"";
   }
   output("%s\n", line.c_str());
 }

@@ -1,6 +1,7 @@
 // zrxml check --schema XSD: validation of documents against an XML Schema with libxml2's validator.
 // The tool links libxml2 when the build finds it; the library never needs it. Without it the option
 // reports that it is unavailable.
+#include "ZrxmlSchemaTree.h"
 #include "ZrxmlTool.h"
 
 #include <ZrPrint.h>
@@ -31,6 +32,12 @@ void reportValidatorError(void* context, xmlErrorPtr error) {
   std::string text = error->message ? error->message : "unknown fault";
   while (!text.empty() && (text.back() == '\n' || text.back() == ' ')) text.pop_back();
   const char* file = error->file && *error->file ? error->file : faults.file.c_str();
+  std::string treeFile;
+  int treeLine = 0;
+  if (faults.tree && error->node && faults.tree->positionOf(error->node, treeFile, treeLine)) {
+    file = treeFile.c_str();
+    error->line = treeLine;
+  }
   if (error->line > 0)
     Zr::Print::instance().write(Zr::PrintError, "zrxml Error: %s\n\t%s\n\tFile: %s\n\tLine: %d\n",
                                 faultKind(error->domain), text.c_str(), file, error->line);
@@ -76,7 +83,25 @@ long SchemaValidator::validate(const std::string& path) {
   return static_cast<long>(m_theFaults.count);
 }
 
+long SchemaValidator::validate(const std::string& path, const SchemaTree& tree) {
+  if (!m_theSchema || !tree.document()) return -1;
+  m_theFaults.count = 0;
+  m_theFaults.file = path;
+  m_theFaults.tree = &tree;
+  xmlSchemaValidCtxtPtr context = xmlSchemaNewValidCtxt(static_cast<xmlSchemaPtr>(m_theSchema));
+  if (!context) return -1;
+  xmlSchemaSetValidStructuredErrors(context, reportValidatorError, &m_theFaults);
+  const int result = xmlSchemaValidateDoc(context, static_cast<xmlDocPtr>(tree.document()));
+  xmlSchemaFreeValidCtxt(context);
+  m_theFaults.tree = nullptr;
+  if (result < 0) return -1;
+  if (result > 0 && m_theFaults.count == 0) m_theFaults.count = 1;
+  return static_cast<long>(m_theFaults.count);
+}
+
 #else
+
+long SchemaValidator::validate(const std::string&, const SchemaTree&) { return -1; }
 
 SchemaValidator::SchemaValidator(const std::string&) {
   Zr::Print::instance().write(Zr::PrintError,

@@ -1,5 +1,7 @@
 #include "ZrxmlTool.h"
 
+#include "ZrxmlDocumentReader.h"
+
 #include <ZrPrint.h>
 #include <ZrIfHttpStream.h>
 #include <ZrXmlReader.h>
@@ -217,7 +219,7 @@ bool readDocument(const std::string& path, const std::function<void(ZrXmlReader&
   std::size_t size = isHttpReference(path) ? 0 : static_cast<std::size_t>(std::filesystem::file_size(path, noSize));
   {
     Progress progress(path, noSize ? 0 : size);
-    ZrXmlReader reader(path, *in);
+    DocumentReader reader(path, *in);
     for (;;) {
       int mode = reader.readXml();
       ++summary.events;
@@ -234,6 +236,7 @@ bool readDocument(const std::string& path, const std::function<void(ZrXmlReader&
     // reported again by the file reader when the reader lets it go, after this count is taken.
     summary.lines = reader.lineCountOfFile();
     summary.faults = reader.faultCount();
+    summary.warnings = reader.warnings();
   }
   return true;
 }

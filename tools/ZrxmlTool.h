@@ -114,6 +114,7 @@ struct DocumentSummary {
   std::size_t events = 0;
   int lines = 0;
   std::size_t faults = 0;
+  std::size_t warnings = 0;  // advisory reports, not counted among the faults (see ZrxmlDocumentReader.h)
 };
 
 // Reads the document at `path` (a file, or an http:// reference) to its end through the reader, which
@@ -121,7 +122,7 @@ struct DocumentSummary {
 // those it leaves are taken afterwards, since an unread attribute is no fault of the document). Reading
 // goes on after a 0 that came before the end of the input, and stops in error mode. Returns false, after
 // a report, when the document cannot be opened (a directory cannot). The summary counts the faults that
-// the reader counted while reading.
+// the reader counted while reading, and apart from them its warnings.
 bool readDocument(const std::string& path, const std::function<void(ZrXmlReader&, int)>& onEvent,
                   DocumentSummary& summary);
 
@@ -139,11 +140,15 @@ class SchemaValidator {
   bool usable() const { return m_theSchema != nullptr; }
   // The number of violations in the document at path; -1 when it could not be validated at all.
   long validate(const std::string& path);
+  // The same for the document as it was read (see ZrxmlSchemaTree.h), each violation named by the file
+  // and line of its element.
+  long validate(const std::string& path, const class SchemaTree& tree);
 
   // What the validator's reports go to: their count, and the file they concern.
   struct Faults {
     std::size_t count = 0;
     std::string file;
+    const class SchemaTree* tree = nullptr;  // where the elements of a tree being validated come from
   };
 
  private:

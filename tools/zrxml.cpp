@@ -12,10 +12,12 @@
 namespace {
 
 const zrxml::Command theCommands[] = {
-    {"check", "[--strict] [--schema XSD] FILE...",
+    {"check", "[--strict] [--warnings-as-faults] [-j N] [--schema XSD] FILE...",
      "read each document to its end, print every fault and one summary line per file; --strict also "
      "reports whatever is not well-formed XML 1.0 with namespaces; --schema also validates each against the "
-     "XML Schema XSD and reports every violation with file and line",
+     "XML Schema XSD and reports every violation with file and line; the version warning and a namespace "
+     "declared again are warnings, counted apart, unless --warnings-as-faults; -j checks N files at once "
+     "(default: one per processor), output in the order given",
      zrxml::checkCommand},
     {"events", "FILE", "print one line per event: line, mode, kind, element, attributes, content (events of "
      "included documents are named by their file)",

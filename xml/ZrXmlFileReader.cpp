@@ -1,6 +1,7 @@
 #include "ZrXmlFileReader.h"
 
 #include <ZrPrint.h>
+#include <ZrXmlEncodingTranscoder.h>
 #include <ZrXmlReader.h>
 #include <ZrXmlWellFormednessChecker.h>
 
@@ -274,22 +275,28 @@ std::int64_t countLineFeeds(const char* begin, const char* end) {
 
 // The quote a tag's text leaves open (0 for none), given the one open before it. Runs of sixteen bytes
 // without an apostrophe, outside a value in single quotes, are settled by the parity of their double
-// quotes where the processor allows; the rest goes character by character. The same pass notes whether
-// the text holds a '<' or a control character, which the strict checks then look at again.
-char quoteAfter(std::string_view text, char quote, bool& suspect) {
+// quotes where the processor allows; the rest goes character by character. The last run of a tag is
+// read as sixteen bytes too, the bytes past the tag left out of the counts, when `readable` bytes (those
+// of the buffer from the tag on) hold them. The same pass notes whether the text holds a '<' or a control
+// character, which the strict checks then look at again.
+char quoteAfter(std::string_view text, char quote, bool& suspect, std::size_t readable) {
   std::size_t at = 0;
 #ifdef __SSE2__
   const __m128i doubleQuote = _mm_set1_epi8('"'), apostrophe = _mm_set1_epi8('\''), less = _mm_set1_epi8('<'),
                 control = _mm_set1_epi8(0x1F);
-  __m128i odd = _mm_setzero_si128();
-  for (; at + 16 <= text.size() && quote != '\''; at += 16) {
+  unsigned odd = 0;
+  for (; at < text.size() && at + 16 <= readable && quote != '\''; at += 16) {
     const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
-    if (_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, apostrophe)) != 0) break;
-    odd = _mm_or_si128(odd, _mm_or_si128(_mm_cmpeq_epi8(bytes, less), _mm_cmpeq_epi8(_mm_min_epu8(bytes, control), bytes)));
-    const int doubles = _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, doubleQuote));
-    if (__builtin_popcount(static_cast<unsigned>(doubles)) & 1) quote = quote ? 0 : '"';
+    const unsigned inTag = at + 16 <= text.size() ? 0xFFFFu : (1u << (text.size() - at)) - 1;
+    if (static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, apostrophe))) & inTag) break;
+    odd |= static_cast<unsigned>(_mm_movemask_epi8(
+               _mm_or_si128(_mm_cmpeq_epi8(bytes, less), _mm_cmpeq_epi8(_mm_min_epu8(bytes, control), bytes)))) &
+           inTag;
+    const unsigned doubles = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, doubleQuote))) & inTag;
+    if (__builtin_popcount(doubles) & 1) quote = quote ? 0 : '"';
   }
-  if (_mm_movemask_epi8(odd) != 0) suspect = true;
+  if (odd != 0) suspect = true;
+  if (at > text.size()) at = text.size();
 #endif
   for (; at < text.size(); ++at) {
     const char c = text[at];
@@ -381,6 +388,12 @@ const std::string ZrXmlFileReader::m_theNullString;
 const std::string ZrXmlFileReader::m_schemaInstanceNamespace = "http://www.w3.org/2001/XMLSchema-instance";
 // The class defaults are the reader's: one value for the whole reading side.
 std::size_t ZrXmlFileReader::defaultMaxTokenSize() { return ZrXmlReader::defaultOptions().maxTokenSize(); }
+
+std::uint64_t ZrXmlFileReader::defaultMaxEntityExpansion() { return ZrXmlReader::defaultOptions().maxEntityExpansion(); }
+
+void ZrXmlFileReader::setDefaultMaxEntityExpansion(std::uint64_t bytes) {
+  ZrXmlReader::setDefaultOptions(ZrXmlReadOptions(ZrXmlReader::defaultOptions()).setMaxEntityExpansion(bytes));
+}
 
 void ZrXmlFileReader::setDefaultMaxTokenSize(std::size_t bytes) {
   ZrXmlReader::setDefaultOptions(ZrXmlReadOptions(ZrXmlReader::defaultOptions()).setMaxTokenSize(bytes));
@@ -504,6 +517,11 @@ void ZrXmlFileReader::copyFrom(const ZrXmlFileReader& other) {
   m_theEntryBytes = other.m_theEntryBytes;
   m_theDeclarationBytes = other.m_theDeclarationBytes;
   m_theChecker.reset(other.m_theChecker ? new ZrXmlWellFormednessChecker(*other.m_theChecker, *this) : nullptr);
+  m_theTranscoder.reset(other.m_theTranscoder ? new ZrXmlEncodingTranscoder(*other.m_theTranscoder) : nullptr);
+  m_theUtf16Unconfirmed = other.m_theUtf16Unconfirmed;
+  m_theCheckedTo = other.m_theCheckedTo;
+  m_theExpandedBytes = other.m_theExpandedBytes;
+  m_theExpansionStopped = other.m_theExpansionStopped;
   rebaseAttributes(other);
 }
 
@@ -714,15 +732,24 @@ void ZrXmlFileReader::warnMessage(const char* what) const {
 }
 
 // Expands references in place: the text never grows, since every reference is at least as long as
-// the bytes it stands for. A reference that cannot be expanded is reported and its '&' is kept as
-// text, so nothing of the document is lost.
-void ZrXmlFileReader::expandReferencesIn(std::string& text) const {
+// the bytes it stands for, except for the entities of a document type, whose text goes through a second
+// string once one is met. A reference that cannot be expanded is reported and its '&' is kept as text,
+// so nothing of the document is lost.
+void ZrXmlFileReader::expandReferencesIn(std::string& text, bool inAttribute) const {
   std::size_t at = text.find('&');
   if (at == std::string::npos) return;
   std::size_t out = at;
+  bool grown = false;  // the expansion is being built in m_theExpansion, from `out` on
+  const auto emit = [&](const char* bytes, std::size_t length) {
+    if (grown) m_theExpansion.append(bytes, length);
+    else std::memmove(&text[out], bytes, length);
+    out += length;
+  };
   while (at < text.size()) {
     if (text[at] != '&') {
-      text[out++] = text[at++];
+      const std::size_t next = std::min(text.find('&', at), text.size());
+      emit(text.data() + at, next - at);
+      at = next;
       continue;
     }
     std::size_t end = at + 1;
@@ -730,26 +757,55 @@ void ZrXmlFileReader::expandReferencesIn(std::string& text) const {
     const std::string_view name(text.data() + at + 1, end - at - 1);
     char bytes[4];
     std::size_t length = 0;
+    bool expanded = false;
     if (name.empty()) {
       warnMessage("file not well formed.\n\t'&' not followed by a reference.");
     } else if (end == text.size() || text[end] != ';') {
       warnFormatted("file not well formed.\n\tReference without ';': &%.*s", static_cast<int>(name.size()), name.data());
     } else if ((length = resolveReference(name, bytes)) == 0) {
-      // Entities a document type declaration may define are not read: such a reference is unsupported.
-      const char* fault = name[0] == '#'                                     ? "Invalid character reference"
-                          : m_theChecker && m_theChecker->doctypeSeen() ? "Entity reference not supported"
-                                                                           : "Undefined entity reference";
-      warnFormatted("file not well formed.\n\t%s: &%.*s;", fault, static_cast<int>(name.size()), name.data());
+      if (name[0] != '#' && m_theChecker && m_theChecker->documentType()) {
+        if (!grown) {
+          m_theExpansion.assign(text.data(), out);
+          grown = true;
+        }
+        expanded = expandEntity(name, inAttribute, m_theExpansion);
+        out = m_theExpansion.size();
+      } else {
+        const char* fault = name[0] == '#' ? "Invalid character reference" : "Undefined entity reference";
+        warnFormatted("file not well formed.\n\t%s: &%.*s;", fault, static_cast<int>(name.size()), name.data());
+      }
     }
-    if (length == 0) {
-      text[out++] = text[at++];
-      continue;
+    if (expanded) {
+      at = end + 1;
+    } else if (length == 0) {
+      emit(text.data() + at, 1);
+      ++at;
+    } else {
+      emit(bytes, length);
+      at = end + 1;
     }
-    std::memcpy(&text[out], bytes, length);
-    out += length;
-    at = end + 1;
   }
-  text.resize(out);
+  if (grown) text.swap(m_theExpansion);
+  else text.resize(out);
+}
+
+// An entity of the document type, expanded into `out`; false, with the reference kept as written, when
+// it cannot be (a fault reported, or the expansion limit passed: reported once, nothing expanded after).
+bool ZrXmlFileReader::expandEntity(std::string_view name, bool inAttribute, std::string& out) const {
+  const std::string written = "&" + std::string(name) + ";";
+  if (!m_theExpansionStopped) {
+    const std::size_t before = out.size();
+    const auto report = [this](const std::string& fault) { warnMessage(("file not well formed.\n\t" + fault).c_str()); };
+    if (m_theChecker->documentType()->expand(name, inAttribute, out, m_theExpandedBytes, m_theOptions.maxEntityExpansion(), report))
+      return true;
+    out.resize(before);
+    m_theExpansionStopped = true;
+    warnFormatted("file not well formed.\n\tEntity expansion passes %llu bytes: &%.*s; and the references after it "
+                  "are not expanded.",
+                  static_cast<unsigned long long>(m_theOptions.maxEntityExpansion()), static_cast<int>(name.size()), name.data());
+  }
+  out += written;
+  return true;
 }
 
 void ZrXmlFileReader::warnFormatted(const char* format, ...) const {
@@ -843,6 +899,7 @@ void ZrXmlFileReader::stopReading() {
   m_theStreamExhausted = true;
   m_theReadBuffer.clear();
   m_theReadIndex = 0;
+  m_theCheckedTo = 0;
 }
 
 // Drops the consumed front of the buffer (once per block, never per token) and appends one block. Returns
@@ -854,6 +911,7 @@ bool ZrXmlFileReader::readBlock() {
     lineCount();
     keepColumnOfDroppedFront();
     m_theReadBuffer.erase(0, m_theReadIndex);
+    m_theCheckedTo = m_theCheckedTo > m_theReadIndex ? m_theCheckedTo - m_theReadIndex : 0;
     m_theReadIndex = 0;
     m_theLineCountedTo = 0;
     if (m_theReadBuffer.capacity() > theShrinkThreshold && m_theReadBuffer.size() < theBlockSize) {
@@ -876,6 +934,8 @@ bool ZrXmlFileReader::readBlock() {
   if (count <= 0) {
     m_theStreamExhausted = true;
     withinTimeBudget();  // a stream given the time left ends when it runs out
+    if (m_theTranscoder) transcodeBlock(nullptr, 0, true);  // a character cut at the very end
+    else if (m_theChecker) checkCharactersRead();
     return false;
   }
   m_theBytesRead += static_cast<std::uint64_t>(count);
@@ -889,11 +949,17 @@ bool ZrXmlFileReader::readBlock() {
   m_theBlock[static_cast<std::size_t>(count)] = '\0';
   std::size_t skipped = 0;
   if (!m_theStartRead && !checkDocumentStart(static_cast<std::size_t>(count), skipped)) return false;
-  std::size_t length = std::strlen(m_theBlock.get() + skipped);  // the block is taken as a C string: cut at a NUL
-  m_theReadBuffer.append(m_theBlock.get() + skipped, length);
+  const char* text = m_theBlock.get() + skipped;
+  std::size_t available = static_cast<std::size_t>(count) - skipped;
+  if (m_theTranscoder) {
+    transcodeBlock(text, available, m_theStreamExhausted);
+    return withinMemoryBudget();
+  }
+  std::size_t length = std::strlen(text);  // the block is taken as a C string: cut at a NUL
+  m_theReadBuffer.append(text, length);
   if (!withinMemoryBudget()) return false;
-  length += skipped;
-  if (length < static_cast<std::size_t>(count)) {
+  if (m_theChecker) checkCharactersRead();
+  if (length < available) {
     warnMessage("file not well formed.\n\tNUL character in the input; the rest of its block was dropped.");
     if (++m_theNulReports == m_theMaxNulReports) {
       warnMessage("file not well formed.\n\tToo many NUL characters: the input is no text; reading stops.");
@@ -912,6 +978,10 @@ bool ZrXmlFileReader::checkDocumentStart(std::size_t count, std::size_t& skipped
   if (count >= 3 && bytes[0] == 0xEF && bytes[1] == 0xBB && bytes[2] == 0xBF) skipped = 3;
   const bool utf16 = count >= 2 && ((bytes[0] == 0xFE && bytes[1] == 0xFF) || (bytes[0] == 0xFF && bytes[1] == 0xFE) ||
                                     (bytes[0] == 0 && bytes[1] == '<') || (bytes[0] == '<' && bytes[1] == 0));
+  if (m_theChecker) {
+    chooseEncoding(count, skipped, utf16);
+    return true;
+  }
   if (!utf16) return true;
   warnMessage("UTF-16 documents are not supported.");
   m_theUnsupportedEncoding = true;
@@ -1081,7 +1151,8 @@ int ZrXmlFileReader::nextEvent() {
     }
 
     std::size_t close = findCharSoon('>', m_theReadIndex);
-    if (m_theChecker && close != npos) close = strictTagEnd(close);
+    // An end tag holds no quoted value: its first '>' ends it.
+    if (m_theChecker && close != npos && m_theReadBuffer[m_theReadIndex] != '/') close = strictTagEnd(close);
     if (close == npos) {
       consumeTo(m_theReadBuffer.size());
       if (!m_theElementStack.empty()) warnMessage("file not well formed.\n\tEOF found before end of tag.");
@@ -1090,9 +1161,10 @@ int ZrXmlFileReader::nextEvent() {
     std::string_view tag(m_theReadBuffer.data() + m_theReadIndex, close - m_theReadIndex);
     consumeTo(close + 1);
 
-    if (m_theChecker && checkStrictMarkup(tag, atDocumentStart, contentRead)) continue;
+    const bool markup = !tag.empty() && (tag[0] == '!' || tag[0] == '?');
+    if (m_theChecker && markup && checkStrictMarkup(tag, atDocumentStart, contentRead)) continue;
     // Only a comment ("!--") or a declaration ('?') is skipped: other tags are not handed over.
-    if (!tag.empty() && (tag[0] == '!' || tag[0] == '?') && skipCommentOrDeclaration(tag, nullptr)) continue;
+    if (markup && skipCommentOrDeclaration(tag, nullptr)) continue;
 
     int type = classifyTag(tag);
     if (type == 5) {
@@ -1130,6 +1202,97 @@ void ZrXmlFileReader::reportSkippedRest() const {
 // ---------------------------------------------------------------------------------------------------------
 // Strict mode
 
+// The encoding name of an XML declaration at the start of text ("<?xml version='1.0' encoding='...'"),
+// or an empty text when there is none. The declaration itself is checked where it is read as markup.
+std::string_view declaredEncoding(std::string_view text) {
+  if (text.size() < 6 || text.compare(0, 5, "<?xml") != 0 || !isWhite(text[5])) return std::string_view();
+  text = text.substr(0, std::min(text.find("?>"), std::size_t(1024)));
+  std::size_t at = text.find("encoding");
+  if (at == std::string_view::npos || !isWhite(text[at - 1])) return std::string_view();
+  text = skipLeadingWhite(text.substr(at + 8));
+  if (text.empty() || text[0] != '=') return std::string_view();
+  text = skipLeadingWhite(text.substr(1));
+  if (text.empty() || (text[0] != '"' && text[0] != '\'')) return std::string_view();
+  const std::size_t close = text.find(text[0], 1);
+  return close == std::string_view::npos ? std::string_view() : text.substr(1, close - 1);
+}
+
+// Strict mode's choice of how the document's bytes become UTF-8: UTF-16 by its byte-order mark or a NUL
+// byte beside the first '<', otherwise the encoding the XML declaration names.
+void ZrXmlFileReader::chooseEncoding(std::size_t count, std::size_t& skipped, bool utf16) {
+  const unsigned char* bytes = reinterpret_cast<const unsigned char*>(m_theBlock.get());
+  if (utf16) {
+    const bool mark = (bytes[0] == 0xFE && bytes[1] == 0xFF) || (bytes[0] == 0xFF && bytes[1] == 0xFE);
+    if (mark) skipped = 2;
+    m_theTranscoder = ZrXmlEncodingTranscoder::forUtf16(bytes[0] == 0xFE || bytes[0] == 0);
+    m_theUtf16Unconfirmed = true;
+    return;
+  }
+  const std::string_view declared = declaredEncoding(std::string_view(m_theBlock.get() + skipped, count - skipped));
+  if (declared.empty() || ZrXmlEncodingTranscoder::isUtf8Name(declared)) return;
+  const std::string name(declared);
+  if (skipped == 3 || ZrXmlEncodingTranscoder::isUtf16Name(declared)) {
+    warnFormatted("file not well formed.\n\tEncoding declaration does not match the document: %.100s", name.c_str());
+    return;
+  }
+  m_theTranscoder = ZrXmlEncodingTranscoder::forName(declared);
+  if (!m_theTranscoder)
+    warnFormatted("file not well formed.\n\tUnknown encoding: %.100s; the document is read as UTF-8.", name.c_str());
+}
+
+// A UTF-16 document may name its encoding, once its first block is read: the name must be UTF-16's.
+void ZrXmlFileReader::confirmUtf16Declaration() {
+  m_theUtf16Unconfirmed = false;
+  const std::string_view declared = declaredEncoding(m_theReadBuffer);
+  if (declared.empty() || ZrXmlEncodingTranscoder::isUtf16Name(declared)) return;
+  warnFormatted("file not well formed.\n\tEncoding declaration does not match the document: %.*s",
+                static_cast<int>(std::min<std::size_t>(declared.size(), 100)), declared.data());
+}
+
+// One block in the document's encoding into the read buffer as UTF-8, with the same cut at a NUL
+// character as a block read as it is; the transcoder's first fault is reported where it stands.
+void ZrXmlFileReader::transcodeBlock(const char* bytes, std::size_t count, bool last) {
+  m_theTranscoded.clear();
+  ZrXmlEncodingTranscoder::Fault fault;
+  m_theTranscoder->transcode(bytes, count, last, m_theTranscoded, fault);
+  const std::size_t start = m_theReadBuffer.size();
+  const std::size_t length = std::strlen(m_theTranscoded.c_str());
+  m_theReadBuffer.append(m_theTranscoded.data(), length);
+  if (!fault.what.empty() && fault.outputOffset <= length)
+    warnMessageAtOffset(("file not well formed.\n\t" + fault.what).c_str(), start + fault.outputOffset);
+  if (m_theUtf16Unconfirmed) confirmUtf16Declaration();
+  checkCharactersRead();
+  if (length < m_theTranscoded.size()) {
+    warnMessage("file not well formed.\n\tNUL character in the input; the rest of its block was dropped.");
+    if (++m_theNulReports == m_theMaxNulReports) {
+      warnMessage("file not well formed.\n\tToo many NUL characters: the input is no text; reading stops.");
+      stopReading();
+    }
+  }
+}
+
+// The characters of the read buffer not checked yet, each once, as they are read; a character cut by the
+// end of the buffer is checked with the next block.
+void ZrXmlFileReader::checkCharactersRead() {
+  if (m_theCheckedTo > m_theReadBuffer.size()) m_theCheckedTo = m_theReadBuffer.size();
+  ZrXmlWellFormednessChecker::CharacterFault fault;
+  const std::string_view unchecked = std::string_view(m_theReadBuffer).substr(m_theCheckedTo);
+  const std::size_t checked = ZrXmlWellFormednessChecker::checkCharacters(unchecked, m_theStreamExhausted, fault);
+  if (fault.at != std::string_view::npos)
+    warnMessageAtOffset(("file not well formed.\n\t" + fault.what).c_str(), m_theCheckedTo + fault.at);
+  m_theCheckedTo += checked;
+}
+
+// A report about the character at `offset` in the read buffer, which may lie ahead of the read index:
+// its line is counted up to it.
+void ZrXmlFileReader::warnMessageAtOffset(const char* what, std::size_t offset) const {
+  std::int64_t line = lineCount();
+  if (offset > m_theReadIndex && offset <= m_theReadBuffer.size())
+    line += countLineFeeds(m_theReadBuffer.data() + m_theReadIndex, m_theReadBuffer.data() + offset);
+  Zr::Print::instance().write(Zr::PrintError, "ZrXmlFileReader Error: %s\n\tFile: %s\n\tLine: %lld\n", what,
+                              m_theFilename.c_str(), static_cast<long long>(line));
+}
+
 // The '>' that ends the markup beginning at the read index, given the first '>' after it: in strict mode
 // a '>' inside a quoted attribute value, a comment before its "--", a CDATA section before its "]]", a
 // processing instruction before its '?' or a document type declaration's quoted strings or internal
@@ -1139,6 +1302,7 @@ std::size_t ZrXmlFileReader::strictTagEnd(std::size_t close) {
   char quote = 0;
   bool inSubset = false;
   bool inComment = false;
+  bool inInstruction = false;  // a processing instruction of the internal subset
   std::size_t scanned = 0;  // relative to the read index, which a block read may move
   for (;;) {
     const std::string_view markup(m_theReadBuffer.data() + m_theReadIndex, close - m_theReadIndex);
@@ -1146,7 +1310,9 @@ std::size_t ZrXmlFileReader::strictTagEnd(std::size_t close) {
     if (!markup.empty() && markup[0] == '/') {
       ends = true;  // an end tag holds no value
     } else if (markup.empty() || (markup[0] != '!' && markup[0] != '?')) {
-      quote = quoteAfter(markup.substr(scanned), quote, m_theTagSuspect);  // a tag: only its quotes matter
+      // A tag: only its quotes matter.
+      quote = quoteAfter(markup.substr(scanned), quote, m_theTagSuspect,
+                         m_theReadBuffer.size() - m_theReadIndex - scanned);
       ends = !quote;
     } else if (startsWith(markup, "!--")) {
       ends = markup.size() >= 5 && endsWith(markup, "--");
@@ -1156,18 +1322,20 @@ std::size_t ZrXmlFileReader::strictTagEnd(std::size_t close) {
       ends = markup.size() >= 2 && markup.back() == '?';
     } else {
       // A document type declaration, or other markup read by the same rules: quoted strings, and for a
-      // document type its internal subset with the comments in it.
+      // document type its internal subset with the comments and processing instructions in it.
       m_theTagSuspect = true;  // not scanned for the checks: they look for themselves
       for (std::size_t at = scanned; at < markup.size(); ++at) {
         const char c = markup[at];
         if (inComment) inComment = !(c == '>' && at >= 2 && markup[at - 1] == '-' && markup[at - 2] == '-');
+        else if (inInstruction) inInstruction = !(c == '>' && markup[at - 1] == '?');
+        else if (inSubset && c == '?' && markup[at - 1] == '<') inInstruction = true;
         else if (quote) quote = c == quote ? 0 : quote;
         else if (c == '"' || c == '\'') quote = c;
         else if (c == '[') inSubset = true;
         else if (c == ']') inSubset = false;
         else if (inSubset && c == '-' && at >= 3 && markup.compare(at - 3, 4, "<!--") == 0) inComment = true;
       }
-      ends = !quote && !inSubset && !inComment;
+      ends = !quote && !inSubset && !inComment && !inInstruction;
     }
     if (ends) return close;
     scanned = markup.size();  // the '>' at `close` belongs to the markup from now on
@@ -1275,7 +1443,7 @@ int ZrXmlFileReader::tagType(std::string& tag) { return classifyTag(tag); }
 int ZrXmlFileReader::classifyTag(std::string_view tag) {
   if (isAllWhite(tag)) return 5;
   if (tag[0] == '/') {
-    if (m_theChecker) m_theChecker->checkEndTag(stripView(tag.substr(1)));
+    if (m_theChecker) m_theChecker->checkEndTag(stripView(tag.substr(1)), m_theElementStack.size());
     return readEndTag(tag);
   }
   if (!mayOpenElement()) return 0;
@@ -1335,7 +1503,7 @@ bool ZrXmlFileReader::parseStartTag(std::string_view text) {
   }
   if (m_theUnreadAttributes != 0) warnMessage("file possibly not valid.\n\tPrevious attribute names were not used.");
   clearAttributes();
-  if (expanding()) m_theAttributeText.reserve(text.size());  // expanded values are never longer
+  if (expanding()) m_theAttributeText.reserve(text.size());  // expanded values are longer only through entities
 
   for (;;) {
     const char* gap = at;
@@ -1395,7 +1563,9 @@ void ZrXmlFileReader::declareNamespace(std::string_view name, std::string_view u
   std::string prefix(name);
   auto known = m_theNamespacesInForce.find(prefix);
   if (known != m_theNamespacesInForce.end()) {
-    if (known->second.uri == uri) {
+    // XML allows a prefix bound again to the URI it has: strict mode, which reports what XML does not
+    // allow, says nothing about it.
+    if (known->second.uri == uri && !m_theChecker) {
       std::string uriText(uri);
       Zr::Print::instance().write(Zr::PrintError, "ZrXmlReader Error: Namespace already declared: %s\n",
                                   uriText.c_str());
@@ -1428,11 +1598,21 @@ void ZrXmlFileReader::addAttribute(std::string_view name, std::size_t localOffse
       for (std::size_t i = 0; i < m_theAttributeCount; ++i) m_theAttributeLocals.insert(m_theAttributeEntries[i].local());
     if (!m_theAttributeLocals.insert(local).second) return;
   }
-  if (expanding()) {
-    // Reserved for the whole tag when it began, so the text held so far never moves.
+  if (expanding() && findShortFirst(value.data(), value.data() + value.size(), '&')) {
+    // Reserved for the whole tag when it began, so the text held so far never moves, unless entities of
+    // the document type made a value longer than it was written: then the values held move with it.
     m_theScratch.assign(value.data(), value.size());
-    expandReferencesIn(m_theScratch);
+    expandReferencesIn(m_theScratch, true);
     const std::size_t offset = m_theAttributeText.size();
+    if (offset + m_theScratch.size() > m_theAttributeText.capacity()) {
+      const char* const before = m_theAttributeText.data();
+      m_theAttributeText.reserve(2 * (offset + m_theScratch.size()));
+      for (std::size_t i = 0; i < m_theAttributeCount; ++i) {
+        std::string_view& held = m_theAttributeEntries[i].value;
+        if (held.data() >= before && held.data() <= before + offset)
+          held = std::string_view(m_theAttributeText.data() + (held.data() - before), held.size());
+      }
+    }
     m_theAttributeText.append(m_theScratch);
     value = std::string_view(m_theAttributeText).substr(offset);
   }

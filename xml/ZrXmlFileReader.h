@@ -33,7 +33,8 @@
 // tag, comment or text run longer than defaultMaxTokenSize() is reported and ends reading, so bad input
 // cannot grow memory without bound. Line feeds are counted when a line number is needed (a message, a
 // block read that drops the consumed front), over what was consumed since the last count. A UTF-8 byte-order
-// mark at the very start is skipped; a UTF-16 document is reported once and not read.
+// mark at the very start is skipped; a UTF-16 document is reported once and not read (strict mode reads it,
+// see setStrict).
 //
 // Decisions of this implementation:
 //  - Comments and declarations are skipped in a loop, and text on both sides of a comment inside an
@@ -76,6 +77,7 @@
 //  - Quoted values may contain '>' on this path. readXml() first finishes a tag that the fast path left
 //    half read, and mode() is not changed by the fast path.
 class ZrXmlWellFormednessChecker;
+class ZrXmlEncodingTranscoder;
 
 class ZrXmlFileReader {
  public:
@@ -186,10 +188,16 @@ class ZrXmlFileReader {
   // Strict mode, off by default: the forgiving tokenizer described above, plus a fault report (in the
   // same frame, naming the rule broken) wherever the document is not well-formed XML 1.0 with namespaces
   // (ZrXmlWellFormednessChecker lists the rules). Strict mode also expands references as above, reads a
-  // '>' inside quoted attribute values and comments as text, delivers CDATA sections as content, skips a
-  // document type declaration with its internal subset (entities other than the predefined ones are
-  // then reported as unsupported), and accepts mixed content. Events are those of the forgiving mode
-  // for every document well-formed in both. The fast path is not checked. Set it before reading.
+  // '>' inside quoted attribute values and comments as text, delivers CDATA sections as content, and
+  // accepts mixed content. It applies the document's encoding: a byte-order mark or '<' next to a NUL
+  // byte tells UTF-16 (either byte order), otherwise the XML declaration's encoding is taken, UTF-8 when
+  // there is none; UTF-16, ISO-8859-1 and US-ASCII are decoded here, any other encoding the C library's
+  // iconv knows through iconv, and an unknown one is reported and the document read as UTF-8. Content
+  // and values are then handed out in UTF-8 (references to code points up to 255 still give one byte).
+  // A document type declaration's internal subset is checked, and its internal general entities are
+  // expanded where they are referred to (their text, as text; external entities are never fetched), up to
+  // maxEntityExpansion() bytes. Events are those of the forgiving mode for every document well-formed
+  // in both and written in UTF-8. The fast path is not checked. Set it before reading.
   bool strict() const { return m_theChecker != nullptr; }
   void setStrict(bool flag);
 
@@ -200,6 +208,15 @@ class ZrXmlFileReader {
   void setOptions(const ZrXmlReadOptions& options);
   static bool defaultStrict();
   static void setDefaultStrict(bool flag);
+
+  // The most bytes that entity references may bring into one document in strict mode, nested entities
+  // counted at every level (default 1,000,000). A reference past it is reported once and kept as written,
+  // as are all later ones, so that a few declarations that refer to each other many times over ("billion
+  // laughs") cannot grow memory or time without bound.
+  std::uint64_t maxEntityExpansion() const { return m_theOptions.maxEntityExpansion(); }
+  void setMaxEntityExpansion(std::uint64_t bytes) { m_theOptions.setMaxEntityExpansion(bytes); }
+  static std::uint64_t defaultMaxEntityExpansion();
+  static void setDefaultMaxEntityExpansion(std::uint64_t bytes);
 
   // The deepest nesting read: a start tag that would open one element more than this is reported in the
   // tokenizer's frame and reading stops there, so that a document's nesting alone (an endless
@@ -306,7 +323,8 @@ class ZrXmlFileReader {
   bool skipWhile(unsigned char charClass);
   void readUntil(unsigned char charClass, std::string& out);
 
-  void expandReferencesIn(std::string& text) const;
+  void expandReferencesIn(std::string& text, bool inAttribute = false) const;
+  bool expandEntity(std::string_view name, bool inAttribute, std::string& out) const;
   bool expanding() const { return m_theOptions.expandReferences() || m_theChecker; }
   bool mayOpenElement();
   void stopReading();
@@ -316,6 +334,11 @@ class ZrXmlFileReader {
   bool withinTimeBudget();
 
   // Strict mode.
+  void chooseEncoding(std::size_t count, std::size_t& skipped, bool utf16);
+  void confirmUtf16Declaration();
+  void transcodeBlock(const char* bytes, std::size_t count, bool last);
+  void checkCharactersRead();
+  void warnMessageAtOffset(const char* what, std::size_t offset) const;
   std::size_t strictTagEnd(std::size_t close);
   bool checkStrictMarkup(std::string_view tag, bool atDocumentStart, bool& contentRead);
   void addCdataSection(std::string_view text, bool& contentRead);
@@ -404,7 +427,7 @@ class ZrXmlFileReader {
   bool m_theMarkupSeen;           // a '<' was read: an XML declaration can no longer come
   std::unique_ptr<ZrXmlWellFormednessChecker> m_theChecker;  // in strict mode only
   std::string m_theScratch;       // passed-over text whose references strict mode checks
-  bool m_theTagSuspect = true;    // the tag read last may hold '<' or a control character
+  bool m_theTagSuspect = true;    // the tag read last may hold '<'
   std::string m_theResumeFilename;  // the including document, for an included one
   std::int64_t m_theResumeLine = 0;
   std::uint64_t m_theMaxHeldBytes = 0;  // 0: no memory budget
@@ -415,6 +438,14 @@ class ZrXmlFileReader {
   bool m_theFreshEntry = false;      // the element pushed last made a new stack entry
   std::uint64_t m_theEntryBytes = 0;        // the stack's entries, with their names when first pushed
   std::uint64_t m_theDeclarationBytes = 0;  // the namespace declarations in force
+
+  std::unique_ptr<ZrXmlEncodingTranscoder> m_theTranscoder;  // strict mode, a document not in UTF-8
+  std::string m_theTranscoded;    // a block in UTF-8, on its way into the read buffer
+  bool m_theUtf16Unconfirmed = false;  // a UTF-16 document whose declaration is still to be compared
+  std::size_t m_theCheckedTo = 0;  // the read buffer's characters before it were checked (strict mode)
+  mutable std::uint64_t m_theExpandedBytes = 0;
+  mutable bool m_theExpansionStopped = false;
+  mutable std::string m_theExpansion;  // text whose references grew it while they were expanded
 
 };
 

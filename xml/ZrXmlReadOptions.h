@@ -29,6 +29,9 @@
 //   maxElementDepth         100,000 open elements of one document; a deeper start tag is reported and
 //                                   reading stops (0 refuses the root itself)
 //   maxTokenSize            1 GiB   bytes of one tag, comment or text run; past it reading stops
+//   maxEntityExpansion      1,000,000  bytes that a document's own entities may expand to in strict mode,
+//                                   nested ones counted at every level; past it references are reported and
+//                                   kept as written (0: none expanded)
 //   maxObjectDepth          1,000   objects read inside one another; deeper elements are reported and
 //                                   skipped
 //   maxIncludeDepth         64      included documents open inside one another (0: no includes)
@@ -62,6 +65,8 @@ class ZrXmlReadOptions {
 
   std::size_t maxElementDepth() const { return m_theMaxElementDepth; }
   ZrXmlReadOptions& setMaxElementDepth(std::size_t levels) { return set(m_theMaxElementDepth, levels); }
+  std::uint64_t maxEntityExpansion() const { return m_theMaxEntityExpansion; }
+  ZrXmlReadOptions& setMaxEntityExpansion(std::uint64_t bytes) { return set(m_theMaxEntityExpansion, bytes); }
   std::size_t maxTokenSize() const { return m_theMaxTokenSize; }
   ZrXmlReadOptions& setMaxTokenSize(std::size_t bytes) { return set(m_theMaxTokenSize, bytes); }
   ZrU32 maxObjectDepth() const { return m_theMaxObjectDepth; }
@@ -109,6 +114,7 @@ class ZrXmlReadOptions {
   bool m_thePortableIncludeReferences = false;
   std::size_t m_theMaxElementDepth = 100000;
   std::size_t m_theMaxTokenSize = std::size_t(1) << 30;
+  std::uint64_t m_theMaxEntityExpansion = 1000000;
   ZrU32 m_theMaxObjectDepth = 1000;
   ZrU32 m_theMaxIncludeDepth = 64;
   ZrU32 m_theMaxIncludedDocuments = 10000;

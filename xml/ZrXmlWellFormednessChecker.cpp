@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstring>
 #include <utility>
 
 #ifdef __SSE2__
@@ -18,17 +19,17 @@ const std::string_view theXmlnsNamespace = "http://www.w3.org/2000/xmlns/";
 
 bool isWhite(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
-// Name characters of ASCII as XML defines them; every byte above 127 is taken as a name character (the
-// checker does not decode the document's encoding).
-enum NameClass : unsigned char { NameStart = 1, NamePart = 2, Colon = 4 };
+// Name characters of ASCII as XML defines them; every byte above 127 is taken as a name character here
+// (High), and a name holding such bytes is decoded and its characters looked up in the ranges below.
+enum NameClass : unsigned char { NameStart = 1, NamePart = 2, Colon = 4, High = 8 };
 
 constexpr std::array<unsigned char, 256> makeNameTable() {
   std::array<unsigned char, 256> table{};
   for (int c = 0; c < 256; ++c) {
     const bool start = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' || c >= 0x80;
     const bool part = start || (c >= '0' && c <= '9') || c == '-' || c == '.';
-    table[static_cast<std::size_t>(c)] =
-        static_cast<unsigned char>((start ? NameStart : 0) | (part ? NamePart : 0) | (c == ':' ? Colon : 0));
+    table[static_cast<std::size_t>(c)] = static_cast<unsigned char>((start ? NameStart : 0) | (part ? NamePart : 0) |
+                                                                    (c == ':' ? Colon : 0) | (c >= 0x80 ? High : 0));
   }
   return table;
 }
@@ -39,28 +40,128 @@ bool isNameStartByte(unsigned char c) { return theNameTable[c] & NameStart; }
 
 bool isNameByte(unsigned char c) { return theNameTable[c] & NamePart; }
 
-// The control characters XML does not allow: below 0x20, except tab, line feed and carriage return.
-bool isForbiddenByte(unsigned char c) { return c < 0x20 && c != '\t' && c != '\n' && c != '\r'; }
+// NameStartChar and NameChar above ASCII.
+bool isNameStartCode(unsigned long c) {
+  return (c >= 0xC0 && c <= 0xD6) || (c >= 0xD8 && c <= 0xF6) || (c >= 0xF8 && c <= 0x2FF) ||
+         (c >= 0x370 && c <= 0x37D) || (c >= 0x37F && c <= 0x1FFF) || (c >= 0x200C && c <= 0x200D) ||
+         (c >= 0x2070 && c <= 0x218F) || (c >= 0x2C00 && c <= 0x2FEF) || (c >= 0x3001 && c <= 0xD7FF) ||
+         (c >= 0xF900 && c <= 0xFDCF) || (c >= 0xFDF0 && c <= 0xFFFD) || (c >= 0x10000 && c <= 0xEFFFF);
+}
 
-// The position of the first forbidden byte (or of the byte `also`, when not 0), or npos. Text is checked
-// sixteen bytes at a time where the processor allows, since strict mode looks at every byte of the document.
-std::size_t findForbiddenByte(std::string_view text, char also = 0) {
-  std::size_t at = 0;
+bool isNameCode(unsigned long c) {
+  return isNameStartCode(c) || c == 0xB7 || (c >= 0x300 && c <= 0x36F) || (c >= 0x203F && c <= 0x2040);
+}
+
+// The code point of the UTF-8 sequence at text[at], and its length in `length`; 0 with length 1 for a
+// sequence that is no character (the document's bytes are reported as such on their own).
+unsigned long decodeAt(std::string_view text, std::size_t at, std::size_t& length) {
+  const unsigned char lead = static_cast<unsigned char>(text[at]);
+  length = 1;
+  if (lead < 0x80) return lead;
+  std::size_t count = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 0;
+  if (count == 0 || lead > 0xF4 || at + count > text.size()) return 0;
+  unsigned long code = lead & (0x7F >> count);
+  for (std::size_t i = 1; i < count; ++i) {
+    const unsigned char next = static_cast<unsigned char>(text[at + i]);
+    if ((next & 0xC0) != 0x80) return 0;
+    code = code << 6 | (next & 0x3F);
+  }
+  static const unsigned long theSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
+  if (code < theSmallest[count] || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) return 0;
+  length = count;
+  return code;
+}
+
+// The characters above ASCII of a name whose ASCII characters were looked at already: the first one of
+// the name, and of the part after a ':' (`colonStarts`), must be a name start character.
+bool highCharactersFit(std::string_view name, bool colonStarts) {
+  bool start = true;
+  for (std::size_t at = 0; at < name.size();) {
+    std::size_t length;
+    const unsigned long code = decodeAt(name, at, length);
+    if (code >= 0x80 && !(start ? isNameStartCode(code) : isNameCode(code))) return false;
+    if (code == 0) return false;
+    start = colonStarts && code == ':';
+    at += length;
+  }
+  return true;
+}
+
+// The position of the first byte that is not plain text (a control character other than tab, line feed
+// and carriage return, or a byte above 127), or the text's size. Sixteen bytes at a time where the
+// processor allows: strict mode looks at every byte of the document.
+std::size_t skipPlainBytes(std::string_view text, std::size_t at) {
 #ifdef __SSE2__
-  const __m128i limit = _mm_set1_epi8(0x1F), tab = _mm_set1_epi8('\t'), lineFeed = _mm_set1_epi8('\n'),
-                carriageReturn = _mm_set1_epi8('\r'), alsoByte = _mm_set1_epi8(also ? also : '\t');
+  const __m128i space = _mm_set1_epi8(0x20), tab = _mm_set1_epi8('\t'), lineFeed = _mm_set1_epi8('\n'),
+                carriageReturn = _mm_set1_epi8('\r');
   for (; at + 16 <= text.size(); at += 16) {
     const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
-    const __m128i control = _mm_cmpeq_epi8(_mm_min_epu8(bytes, limit), bytes);  // byte <= 0x1F
+    const __m128i below = _mm_cmplt_epi8(bytes, space);  // signed: control characters and bytes above 127
+    if (_mm_movemask_epi8(below) == 0) continue;
     const __m128i allowed = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(bytes, tab), _mm_cmpeq_epi8(bytes, lineFeed)),
                                          _mm_cmpeq_epi8(bytes, carriageReturn));
-    const __m128i found = _mm_or_si128(_mm_andnot_si128(allowed, control), _mm_cmpeq_epi8(bytes, alsoByte));
-    if (_mm_movemask_epi8(found) != 0) break;
+    const int odd = _mm_movemask_epi8(_mm_andnot_si128(allowed, below));
+    if (odd != 0) return at + static_cast<std::size_t>(__builtin_ctz(static_cast<unsigned>(odd)));
   }
 #endif
-  for (; at < text.size(); ++at)
-    if (isForbiddenByte(static_cast<unsigned char>(text[at])) || (also && text[at] == also)) return at;
-  return std::string_view::npos;
+  for (; at < text.size(); ++at) {
+    const unsigned char c = static_cast<unsigned char>(text[at]);
+    if (c >= 0x80 || (c < 0x20 && c != '\t' && c != '\n' && c != '\r')) return at;
+  }
+  return at;
+}
+
+std::string hexBytes(std::string_view bytes) {
+  std::string text;
+  char one[8];
+  for (char c : bytes) {
+    std::snprintf(one, sizeof one, "%s#x%02X", text.empty() ? "" : " ", static_cast<unsigned char>(c));
+    text += one;
+  }
+  return text;
+}
+
+// What is wrong with the sequence at text[at] (the first byte that is not plain text), or an empty
+// text when it is an allowed character; its length in `length`. `length` is 0 when the sequence is cut
+// by the end of the text.
+std::string characterFault(std::string_view text, std::size_t at, std::size_t& length) {
+  const unsigned char lead = static_cast<unsigned char>(text[at]);
+  char what[96];
+  length = 1;
+  if (lead < 0x80) {
+    std::snprintf(what, sizeof what, "Character not allowed in XML: #x%02X", lead);
+    return what;
+  }
+  const std::size_t count = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 0;
+  if (count == 0 || lead > 0xF7) return "Invalid UTF-8: bytes " + hexBytes(text.substr(at, 1)) + " form no character.";
+  std::size_t have = 1;
+  while (have < count && at + have < text.size() && (static_cast<unsigned char>(text[at + have]) & 0xC0) == 0x80)
+    ++have;
+  if (have < count) {
+    if (at + have == text.size()) {
+      length = 0;  // cut by the end of the block, or of the document
+      return "Invalid UTF-8: the document ends inside a character.";
+    }
+    return "Invalid UTF-8: bytes " + hexBytes(text.substr(at, have + 1)) + " form no character.";
+  }
+  length = count;
+  unsigned long code = lead & (0x7F >> count);
+  for (std::size_t i = 1; i < count; ++i) code = code << 6 | (static_cast<unsigned char>(text[at + i]) & 0x3F);
+  static const unsigned long theSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
+  if (code < theSmallest[count]) return "Invalid UTF-8: overlong form " + hexBytes(text.substr(at, count)) + ".";
+  if (code >= 0xD800 && code <= 0xDFFF) {
+    std::snprintf(what, sizeof what, "Invalid UTF-8: encoded surrogate #x%04lX.", code);
+    return what;
+  }
+  if (code > 0x10FFFF) {
+    std::snprintf(what, sizeof what, "Invalid UTF-8: code point #x%lX above #x10FFFF.", code);
+    return what;
+  }
+  if (code == 0xFFFE || code == 0xFFFF) {
+    std::snprintf(what, sizeof what, "Character not allowed in XML: #x%lX", code);
+    return what;
+  }
+  return std::string();
 }
 
 std::string_view skipWhite(std::string_view text) {
@@ -81,27 +182,29 @@ std::string_view takeUntil(std::string_view& text, char stop) {
 // One pass over a name: whether it is a qualified name (a name with at most one ':', which has a name on
 // both sides), and the position of its ':' (npos for none).
 inline std::size_t scanQualifiedName(std::string_view text, bool& valid) {
-  // Most names have no ':': one pass over their classes settles them without a branch per byte.
+  // Most names have no ':' and no byte above 127: one pass over their classes settles them without a
+  // branch per byte.
   unsigned char all = NamePart, any = 0;
   for (char c : text) {
     const unsigned char byteClass = theNameTable[static_cast<unsigned char>(c)];
     all &= byteClass;
     any |= byteClass;
   }
+  std::size_t colon = std::string_view::npos;
   if (!(any & Colon)) {
     valid = !text.empty() && (all & NamePart) && isNameStartByte(static_cast<unsigned char>(text[0]));
-    return std::string_view::npos;
+  } else {
+    valid = !text.empty() && isNameStartByte(static_cast<unsigned char>(text[0])) && text[0] != ':';
+    for (std::size_t at = 0; at < text.size(); ++at) {
+      const unsigned char c = static_cast<unsigned char>(text[at]);
+      if (!isNameByte(c)) valid = false;
+      if (c != ':') continue;
+      const bool localStarts = at + 1 < text.size() && isNameStartByte(static_cast<unsigned char>(text[at + 1]));
+      if (colon != std::string_view::npos || !localStarts) valid = false;
+      colon = at;
+    }
   }
-  std::size_t colon = std::string_view::npos;
-  valid = !text.empty() && isNameStartByte(static_cast<unsigned char>(text[0])) && text[0] != ':';
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    const unsigned char c = static_cast<unsigned char>(text[at]);
-    if (!isNameByte(c)) valid = false;
-    if (c != ':') continue;
-    const bool localStarts = at + 1 < text.size() && isNameStartByte(static_cast<unsigned char>(text[at + 1]));
-    if (colon != std::string_view::npos || !localStarts) valid = false;
-    colon = at;
-  }
+  if (valid && (any & High)) valid = highCharactersFit(text, true);
   return colon;
 }
 
@@ -150,15 +253,32 @@ bool isEncodingName(std::string_view value) {
   });
 }
 
+// The position of the first ']' or '<' in a range, or npos: memchr where the range is long.
+std::size_t findByte(std::string_view text, char c, std::size_t from = 0) {
+  if (from >= text.size()) return std::string_view::npos;
+  const void* hit = std::memchr(text.data() + from, c, text.size() - from);
+  return hit ? static_cast<std::size_t>(static_cast<const char*>(hit) - text.data()) : std::string_view::npos;
+}
+
+const std::size_t theNoDeclaration = static_cast<std::size_t>(-1);
+
+// Declarations in scope looked at one by one up to this many; more are found through an index by prefix.
+const std::size_t theIndexThreshold = 8;
+
 }  // namespace
 
 ZrXmlWellFormednessChecker::ZrXmlWellFormednessChecker(const ZrXmlWellFormednessChecker& other,
                                                        const ZrXmlFileReader& reader)
     : m_theReader(&reader),
       m_theDeclarations(other.m_theDeclarations),
+      m_thePrefixIndex(other.m_thePrefixIndex),
+      m_theIndexed(other.m_theIndexed),
+      m_theDocumentType(other.m_theDocumentType ? new ZrXmlDocumentType(*other.m_theDocumentType) : nullptr),
       m_theRootSeen(other.m_theRootSeen),
       m_theDoctypeSeen(other.m_theDoctypeSeen),
-      m_theEndChecked(other.m_theEndChecked) {}
+      m_theEndChecked(other.m_theEndChecked) {
+  m_theOpenNames = other.m_theOpenNames;
+}
 
 void ZrXmlWellFormednessChecker::report(const std::string& fault) const {
   m_theReader->warnMessage(("file not well formed.\n\t" + fault).c_str());
@@ -166,7 +286,12 @@ void ZrXmlWellFormednessChecker::report(const std::string& fault) const {
 
 bool ZrXmlWellFormednessChecker::isName(std::string_view text) {
   if (text.empty() || !isNameStartByte(static_cast<unsigned char>(text[0]))) return false;
-  return std::all_of(text.begin(), text.end(), [](char c) { return isNameByte(static_cast<unsigned char>(c)); });
+  bool high = false;
+  for (char c : text) {
+    if (!isNameByte(static_cast<unsigned char>(c))) return false;
+    high |= static_cast<unsigned char>(c) >= 0x80;
+  }
+  return !high || highCharactersFit(text, false);
 }
 
 bool ZrXmlWellFormednessChecker::isQualifiedName(std::string_view text) {
@@ -175,44 +300,123 @@ bool ZrXmlWellFormednessChecker::isQualifiedName(std::string_view text) {
   return valid;
 }
 
-// ---- characters and text ----
-
-// One report per piece of text.
-void ZrXmlWellFormednessChecker::checkCharacters(std::string_view text) const {
-  const std::size_t at = findForbiddenByte(text);
-  if (at == std::string_view::npos) return;
-  char fault[48];
-  std::snprintf(fault, sizeof fault, "Character not allowed in XML: #x%02X", static_cast<unsigned char>(text[at]));
-  report(fault);
+bool ZrXmlWellFormednessChecker::isNameToken(std::string_view text) {
+  if (text.empty()) return false;
+  for (std::size_t at = 0; at < text.size();) {
+    std::size_t length;
+    const unsigned long code = decodeAt(text, at, length);
+    if (code < 0x80 ? code == 0 || !isNameByte(static_cast<unsigned char>(code)) : !isNameCode(code)) return false;
+    at += length;
+  }
+  return true;
 }
 
-// One pass for forbidden characters and ']'; text that holds either is looked at again, the rare case.
+// ---- characters and text ----
+
+std::size_t ZrXmlWellFormednessChecker::checkCharacters(std::string_view text, bool last, CharacterFault& fault) {
+  for (std::size_t at = skipPlainBytes(text, 0); at < text.size(); at = skipPlainBytes(text, at)) {
+    std::size_t length;
+    std::string what = characterFault(text, at, length);
+    if (length == 0 && !last) return at;  // the rest of the character comes with the next block
+    if (!what.empty()) {
+      fault.at = at;
+      fault.what = std::move(what);
+      return text.size();
+    }
+    at += length;
+  }
+  return text.size();
+}
+
+// The characters were checked as they were read; text can still hold "]]>", which a ']' betrays.
 void ZrXmlWellFormednessChecker::checkText(std::string_view text, bool cdata) const {
-  const std::size_t suspect = findForbiddenByte(text, ']');
-  if (suspect == std::string_view::npos) return;
-  checkCharacters(text.substr(suspect));
-  if (!cdata && text.find("]]>", suspect) != std::string_view::npos) report("']]>' not allowed in text.");
+  if (cdata) return;
+  if (text.size() < 32) {  // most texts between tags: looked at without a call
+    bool bracket = false;
+    for (char c : text) bracket |= c == ']';
+    if (!bracket) return;
+  }
+  for (std::size_t at = findByte(text, ']'); at != std::string_view::npos; at = findByte(text, ']', at + 1))
+    if (text.compare(at, 3, "]]>") == 0) {
+      report("']]>' not allowed in text.");
+      return;
+    }
 }
 
 void ZrXmlWellFormednessChecker::checkComment(std::string_view text) const {
   if (text.find("--") != std::string_view::npos || (!text.empty() && text.back() == '-'))
     report("Comment contains extra -- in it.");
-  checkCharacters(text);
 }
 
 // ---- names and namespaces ----
 
 const ZrXmlWellFormednessChecker::Declaration* ZrXmlWellFormednessChecker::declared(std::string_view prefix) const {
-  for (auto at = m_theDeclarations.rbegin(); at != m_theDeclarations.rend(); ++at)
-    if (at->prefix == prefix) return &*at;
-  return nullptr;
+  if (!m_theIndexed) {
+    for (auto at = m_theDeclarations.rbegin(); at != m_theDeclarations.rend(); ++at)
+      if (sameText(prefix, at->prefix)) return &*at;
+    return nullptr;
+  }
+  m_theLookupKey.assign(prefix.data(), prefix.size());
+  const auto found = m_thePrefixIndex.find(m_theLookupKey);
+  return found == m_thePrefixIndex.end() ? nullptr : &m_theDeclarations[found->second];
+}
+
+// Past the threshold every declaration in scope is indexed by prefix, each one linked to the one of the
+// same prefix it hides, so that closing an element brings the hidden one back.
+void ZrXmlWellFormednessChecker::pushDeclaration(std::string_view prefix, std::string_view uri, std::size_t depth) {
+  m_theDeclarations.push_back({std::string(prefix), std::string(uri), depth, theNoDeclaration});
+  if (!m_theIndexed && m_theDeclarations.size() > theIndexThreshold) {
+    m_theIndexed = true;
+    m_thePrefixIndex.clear();
+    for (std::size_t i = 0; i + 1 < m_theDeclarations.size(); ++i) {
+      auto entry = m_thePrefixIndex.emplace(m_theDeclarations[i].prefix, i);
+      m_theDeclarations[i].shadowed = entry.second ? theNoDeclaration : entry.first->second;
+      entry.first->second = i;
+    }
+  }
+  if (!m_theIndexed) return;
+  const std::size_t index = m_theDeclarations.size() - 1;
+  auto entry = m_thePrefixIndex.emplace(m_theDeclarations.back().prefix, index);
+  m_theDeclarations.back().shadowed = entry.second ? theNoDeclaration : entry.first->second;
+  entry.first->second = index;
+}
+
+void ZrXmlWellFormednessChecker::popDeclaration() {
+  const Declaration& last = m_theDeclarations.back();
+  if (m_theIndexed) {
+    if (last.shadowed == theNoDeclaration) m_thePrefixIndex.erase(last.prefix);
+    else m_thePrefixIndex[last.prefix] = last.shadowed;
+  }
+  m_theDeclarations.pop_back();
+  if (m_theDeclarations.empty() && m_theIndexed) {
+    m_theIndexed = false;
+    m_thePrefixIndex.clear();
+  }
 }
 
 // The name's form, and its prefix declared in scope. Returns the position of its ':' (npos for none).
-std::size_t ZrXmlWellFormednessChecker::checkName(std::string_view name) const {
-  bool valid;
-  const std::size_t colon = scanQualifiedName(name, valid);
-  if (!valid) report("Invalid name: " + std::string(name));
+std::size_t ZrXmlWellFormednessChecker::checkName(std::string_view name) {
+  std::size_t colon = std::string_view::npos;
+  bool known = false;
+  for (const ValidName& valid : m_theValidNames)
+    if (sameText(name, valid.name) && !name.empty()) {
+      colon = valid.colon;
+      known = true;
+      break;
+    }
+  if (!known) {
+    bool valid;
+    colon = scanQualifiedName(name, valid);
+    if (!valid) {
+      report("Invalid name: " + std::string(name));
+      ++m_theInvalidNames;
+    } else {
+      ValidName& entry = m_theValidNames[m_theNextValidName];
+      m_theNextValidName = (m_theNextValidName + 1) % theValidNames;
+      entry.name.assign(name.data(), name.size());
+      entry.colon = colon;
+    }
+  }
   if (colon != std::string_view::npos) checkPrefixDeclared(name.substr(0, colon));
   return colon;
 }
@@ -235,95 +439,119 @@ void ZrXmlWellFormednessChecker::checkNamespaceDeclaration(std::string_view attr
 
 // ---- tags ----
 
-// Most of an attribute is checked as it comes: its white space, its name's form, and its name against the
-// tag's first attributes. Its prefix waits for the tag's own declarations, which may follow it.
-void ZrXmlWellFormednessChecker::addAttribute(std::string_view name, std::string_view value, bool whiteBefore) {
-  if (!whiteBefore) report("White space required between attributes.");
-  if (isXmlnsAttribute(name)) {
-    m_theTagDeclares = true;
-  } else {
-    bool valid;
-    if (scanQualifiedName(name, valid) != std::string_view::npos) m_theTagHasPrefixes = true;
-    if (!valid) report("Invalid name: " + std::string(name));
-  }
-  const std::size_t earlier = std::min(m_theAttributes.size(), thePairwiseLimit);
-  for (std::size_t i = 0; i < earlier && m_theAttributes.size() < thePairwiseLimit; ++i)
-    if (sameName(m_theAttributes[i].first, name)) {
-      report("Attribute specified twice: " + std::string(name));
-      break;
-    }
-  m_theAttributes.emplace_back(name, value);
-}
-
 void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::string_view name, std::size_t depth,
                                                bool suspect) {
   if (depth == 1) {
     if (m_theRootSeen) report("More than one root element: " + std::string(name));
     m_theRootSeen = true;
   }
-  // One pass over the tag for forbidden characters and for '<', which can only stand in a value; a tag
-  // that holds either is looked at again, the rare case.
-  const std::size_t first = suspect ? findForbiddenByte(tag, '<') : std::string_view::npos;
-  if (first != std::string_view::npos) {
-    checkCharacters(tag.substr(first));
-    if (tag.find('<', first) != std::string_view::npos)
-      for (const auto& attribute : m_theAttributes)
-        if (attribute.second.find('<') != std::string_view::npos) report("'<' not allowed in attribute value.");
+  if (!m_theAttributes.empty()) checkAttributes(depth);
+  // '<' can only stand in a value; the tokenizer's pass over the tag tells whether it may hold one.
+  if (suspect && findByte(tag, '<') != std::string_view::npos)
+    for (const auto& attribute : m_theAttributes)
+      if (attribute.second.find('<') != std::string_view::npos) report("'<' not allowed in attribute value.");
+  m_theAttributes.clear();
+  if (m_theOpenNames.size() < depth) m_theOpenNames.resize(depth);
+  OpenName& written = m_theOpenNames[depth - 1];
+  if (written.plain && sameText(name, written.name)) return;  // the name of the element before it here
+  // After the tag's own declarations, which are in force on it.
+  const std::size_t errorsBefore = m_theInvalidNames;
+  const bool prefixed = checkName(name) != std::string_view::npos;
+  if (!sameText(name, written.name)) written.name.assign(name.data(), name.size());
+  written.plain = !prefixed && errorsBefore == m_theInvalidNames;
+}
+
+// An end tag written otherwise than its start tag: a name of its own to check, and when only the prefix
+// differs (the local names the tokenizer compares are the same) a fault the tokenizer does not see.
+void ZrXmlWellFormednessChecker::checkOtherEndTag(std::string_view name, std::size_t depth) {
+  checkName(name);
+  if (depth == 0 || depth > m_theOpenNames.size()) return;
+  const std::string_view start = m_theOpenNames[depth - 1].name;
+  const auto local = [](std::string_view written) { return written.substr(written.find(':') + 1); };
+  if (local(name) == local(start))
+    report("End tag does not match start tag: </" + std::string(name) + "> closes <" + std::string(start) + ">");
+}
+
+// The tag's attributes in one pass: white space before each, its name's form, and its name against the
+// ones before it (sorted instead, when there are many); then the tag's declarations come into force and
+// prefixed names are looked up.
+void ZrXmlWellFormednessChecker::checkAttributes(std::size_t depth) {
+  bool declares = false, prefixed = false;
+  const std::size_t count = m_theAttributes.size();
+  for (std::size_t i = 0; i < count; ++i) {
+    const WrittenAttribute& attribute = m_theAttributes[i];
+    const std::string_view name = attribute.first;
+    if (!attribute.whiteBefore) report("White space required between attributes.");
+    if (isXmlnsAttribute(name)) {
+      declares = true;
+    } else {
+      bool valid;
+      if (scanQualifiedName(name, valid) != std::string_view::npos) prefixed = true;
+      if (!valid) report("Invalid name: " + std::string(name));
+    }
+    if (count > thePairwiseLimit) continue;
+    for (std::size_t earlier = 0; earlier < i; ++earlier)
+      if (sameName(m_theAttributes[earlier].first, name)) {
+        report("Attribute specified twice: " + std::string(name));
+        break;
+      }
   }
-  if (m_theTagDeclares) {
+  if (count > thePairwiseLimit) checkManyAttributesOnce();
+  if (declares) {
     for (const auto& attribute : m_theAttributes) {
       if (!isXmlnsAttribute(attribute.first)) continue;
       checkNamespaceDeclaration(attribute.first, attribute.second);
-      m_theDeclarations.push_back(
-          {std::string(attribute.first.size() > 5 ? attribute.first.substr(6) : std::string_view()),
-           std::string(attribute.second), depth});
+      pushDeclaration(attribute.first.size() > 5 ? attribute.first.substr(6) : std::string_view(), attribute.second,
+                      depth);
     }
   }
-  checkName(name);  // after the tag's own declarations, which are in force on it
-  if (m_theTagHasPrefixes) checkPrefixedAttributes();
-  if (m_theAttributes.size() > thePairwiseLimit) checkManyAttributesOnce();
-  m_theAttributes.clear();
-  m_theTagDeclares = m_theTagHasPrefixes = false;
+  if (prefixed) checkPrefixedAttributes();
 }
 
 // Prefixed attribute names: each prefix declared, and no two names for one namespace and local name.
+// Namespaces are compared by their URIs' text, viewed where the declarations hold them.
 void ZrXmlWellFormednessChecker::checkPrefixedAttributes() {
-  std::vector<std::pair<std::string, std::string_view>>& names = m_theExpandedNames;
+  std::vector<ExpandedName>& names = m_theExpandedNames;
   names.clear();
   for (const auto& attribute : m_theAttributes) {
     const std::string_view written = attribute.first;
     const std::size_t colon = written.find(':');
     if (colon == std::string_view::npos || isXmlnsAttribute(written)) continue;
     const std::string_view prefix = written.substr(0, colon);
-    checkPrefixDeclared(prefix);
-    const Declaration* declaration = prefix == "xml" ? nullptr : declared(prefix);
-    std::string_view uri = theXmlNamespace;  // a view of the declaration itself, never of a temporary
-    if (prefix != "xml") uri = declaration ? std::string_view(declaration->uri) : std::string_view();
-    names.emplace_back(std::string(uri).append(1, '#').append(written.substr(colon + 1)), written);
+    std::string_view uri = theXmlNamespace;
+    if (prefix != "xml") {
+      const Declaration* declaration = prefix == "xmlns" ? nullptr : declared(prefix);
+      if (!declaration || declaration->uri.empty()) report("Prefix not declared: " + std::string(prefix));
+      uri = declaration ? std::string_view(declaration->uri) : std::string_view();
+    }
+    names.push_back({uri, written.substr(colon + 1), written});
   }
+  if (names.size() < 2) return;
   // Names written alike are reported as such; these are names written differently for one attribute.
-  std::sort(names.begin(), names.end());
+  const auto less = [](const ExpandedName& one, const ExpandedName& other) {
+    return one.local != other.local ? one.local < other.local : one.uri < other.uri;
+  };
+  std::sort(names.begin(), names.end(), less);
   for (std::size_t i = 1; i < names.size(); ++i)
-    if (names[i].first == names[i - 1].first && names[i].second != names[i - 1].second)
-      report("Attribute specified twice: " + std::string(names[i].second));
+    if (names[i].local == names[i - 1].local && names[i].uri == names[i - 1].uri && names[i].written != names[i - 1].written)
+      report("Attribute specified twice: " + std::string(names[i].written));
 }
 
-// A tag with more attributes than are compared pairwise as they come: sorted, so that the check stays
-// linear-logarithmic however many attributes a tag holds. Duplicates among the first ones were reported.
+// A tag with more attributes than are compared pairwise: sorted, so that the check stays
+// linear-logarithmic however many attributes a tag holds.
 void ZrXmlWellFormednessChecker::checkManyAttributesOnce() {
   std::vector<std::pair<std::string_view, std::size_t>>& written = m_theWrittenNames;
   written.clear();
   for (std::size_t i = 0; i < m_theAttributes.size(); ++i) written.emplace_back(m_theAttributes[i].first, i);
   std::sort(written.begin(), written.end());
   for (std::size_t i = 1; i < written.size(); ++i)
-    if (written[i].first == written[i - 1].first && written[i].second >= thePairwiseLimit)
+    if (written[i].first == written[i - 1].first)
       report("Attribute specified twice: " + std::string(written[i].first));
 }
 
-void ZrXmlWellFormednessChecker::checkEndTag(std::string_view name) const { checkName(name); }
 
 void ZrXmlWellFormednessChecker::closeElement(std::size_t depth) {
-  while (!m_theDeclarations.empty() && m_theDeclarations.back().depth >= depth) m_theDeclarations.pop_back();
+  while (!m_theDeclarations.empty() && m_theDeclarations.back().depth >= depth) popDeclaration();
 }
 
 // ---- declarations and processing instructions ----
@@ -341,7 +569,6 @@ void ZrXmlWellFormednessChecker::checkXmlDeclaration(std::string_view text, bool
 void ZrXmlWellFormednessChecker::checkProcessingInstruction(std::string_view text, bool atStart) const {
   std::string_view rest = text;
   const std::string_view target = takeUntil(rest, '\0');
-  checkCharacters(text);
   if (target.empty()) {
     report("Processing instruction without target.");
   } else if (target == "xml") {
@@ -353,15 +580,15 @@ void ZrXmlWellFormednessChecker::checkProcessingInstruction(std::string_view tex
   }
 }
 
+// The first declaration before the root is the one whose entities the document uses.
 void ZrXmlWellFormednessChecker::checkDoctype(std::string_view text) {
   if (m_theRootSeen) report("Document type declaration after the root element.");
   if (m_theDoctypeSeen) report("More than one document type declaration.");
+  const bool first = !m_theDoctypeSeen;
   m_theDoctypeSeen = true;
-  std::string_view rest = text.substr(8);  // "!DOCTYPE"
-  const std::size_t white = rest.size() - skipWhite(rest).size();
-  rest.remove_prefix(white);
-  const std::string_view name = takeUntil(rest, '[');
-  if (white == 0 || !isQualifiedName(name)) report("Invalid name: " + std::string(name));
+  std::unique_ptr<ZrXmlDocumentType> documentType(new ZrXmlDocumentType());
+  documentType->parse(text, [this](const std::string& fault) { report(fault); });
+  if (first && !m_theRootSeen) m_theDocumentType = std::move(documentType);
 }
 
 void ZrXmlWellFormednessChecker::checkEnd(std::size_t openElements, std::string_view innermost) {

@@ -1,28 +1,34 @@
 #ifndef ZR_XML_WELL_FORMEDNESS_CHECKER_H
 #define ZR_XML_WELL_FORMEDNESS_CHECKER_H
 
+#include <ZrXmlDocumentType.h>
+
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 class ZrXmlFileReader;
 
 // The checks of a tokenizer in strict mode (ZrXmlFileReader::setStrict): the rules of well-formed
-// XML 1.0 with namespaces that the forgiving tokenizer does not look at. The tokenizer hands each piece
-// of the document to the check for it as it reads; every fault is reported through the tokenizer's frame,
-// "file not well formed.\n\t" and the rule broken, and reading goes on.
+// XML 1.0 (fifth edition) with namespaces that the forgiving tokenizer does not look at. The tokenizer
+// hands each piece of the document to the check for it as it reads; every fault is reported through the
+// tokenizer's frame, "file not well formed.\n\t" and the rule broken, and reading goes on.
 //
-// What is checked here: names (element, attribute and processing-instruction target names are XML names
-// with at most one ':', bytes above 127 taken as name characters), namespace prefixes declared in scope
-// ("xml" is always bound, "xmlns" never used as an element or attribute prefix, no empty URI for a
-// prefix), attributes specified twice (by name, or by namespace and local name), white space between
-// attributes, '<' in attribute values, characters XML does not allow (control characters other than tab,
-// line feed and carriage return), "]]>" in text, one root element, elements closed at the end of input,
-// the XML declaration (only at the very start; version, encoding and standalone in that order and form),
-// processing-instruction targets ("xml" in any case is reserved), comments ("--" only as part of the
-// closing "-->"), and a document type declaration only before the root. A checker lives in the tokenizer
-// it serves and is made only when strict mode is on, so the forgiving mode pays nothing for it.
+// What is checked here: every byte of the document as read (UTF-8 sequences, and the characters XML
+// allows: no control characters other than tab, line feed and carriage return, no surrogates, no U+FFFE
+// or U+FFFF), names (element, attribute, entity and processing-instruction target names are XML names,
+// non-ASCII characters included, with at most one ':'), namespace prefixes declared in scope ("xml" is
+// always bound, "xmlns" never used as an element or attribute prefix, no empty URI for a prefix; a
+// prefix bound again to the same URI is fine), attributes specified twice (by name, or by namespace and
+// local name), white space between attributes, '<' in attribute values, "]]>" in text, one root element,
+// elements closed at the end of input, the XML declaration (only at the very start; version, encoding and
+// standalone in that order and form), processing-instruction targets ("xml" in any case is reserved),
+// comments ("--" only as part of the closing "-->"), and a document type declaration only before the
+// root, with its internal subset (ZrXmlDocumentType). A checker lives in the tokenizer it serves and is
+// made only when strict mode is on, so the forgiving mode pays nothing for it.
 class ZrXmlWellFormednessChecker {
  public:
   explicit ZrXmlWellFormednessChecker(const ZrXmlFileReader& reader) : m_theReader(&reader) {}
@@ -31,16 +37,35 @@ class ZrXmlWellFormednessChecker {
   ZrXmlWellFormednessChecker(const ZrXmlWellFormednessChecker&) = delete;
   ZrXmlWellFormednessChecker& operator=(const ZrXmlWellFormednessChecker&) = delete;
 
+  // The first fault among the characters of a block.
+  struct CharacterFault {
+    std::size_t at = std::string_view::npos;  // where in the text; npos for none
+    std::string what;
+  };
+  // The bytes of the document as they are read, each once: UTF-8 sequences and the characters XML
+  // allows. Returns how many were checked: a character cut at the end waits for the next block unless
+  // `last`. Only the first fault of a block is reported, so that a document in another encoding than it
+  // declares gives a report per block rather than one per character.
+  static std::size_t checkCharacters(std::string_view text, bool last, CharacterFault& fault);
+
   // Text between tags (or a CDATA section's content when cdata is set: "]]>" is its end, not a fault).
   void checkText(std::string_view text, bool cdata = false) const;
   // A start tag: the tokenizer hands over each attribute as it parses it (name and value as written, and
   // whether white space came before it), then the tag's text without '<', '>' and a closing '/', its
   // element name, the open-element stack's size with this element pushed, and whether the tag may hold a
   // '<' or a control character (the tokenizer's own pass over the tag tells; false spares a second one).
-  void addAttribute(std::string_view name, std::string_view value, bool whiteBefore);
+  // Kept for the tag's check: a call per attribute into another source file would cost more than this.
+  void addAttribute(std::string_view name, std::string_view value, bool whiteBefore) {
+    m_theAttributes.push_back({name, value, whiteBefore});
+  }
   void checkStartTag(std::string_view tag, std::string_view name, std::size_t depth, bool suspect = true);
   // An end tag's name.
-  void checkEndTag(std::string_view name) const;
+  // An end tag's name, and the open-element stack's size before it closes anything. An end tag that
+  // names its element as the start tag did needs no other look: that name was checked with its prefix.
+  void checkEndTag(std::string_view name, std::size_t depth) {
+    if (depth == 0 || depth > m_theOpenNames.size() || !sameText(name, m_theOpenNames[depth - 1].name))
+      checkOtherEndTag(name, depth);
+  }
   // The element at depth is closed: its declarations go out of scope.
   void closeElement(std::size_t depth);
   // The text of a processing instruction between "<?" and "?>"; atStart when nothing came before it.
@@ -53,38 +78,82 @@ class ZrXmlWellFormednessChecker {
   void checkEnd(std::size_t openElements, std::string_view innermost);
 
   bool doctypeSeen() const { return m_theDoctypeSeen; }
+  // The document type declaration read, or null.
+  const ZrXmlDocumentType* documentType() const { return m_theDocumentType.get(); }
 
+  // The name productions of XML 1.0 (fifth edition): a name, a qualified name (at most one ':', a name on
+  // each side), a name token (name characters only).
   static bool isName(std::string_view text);
   static bool isQualifiedName(std::string_view text);
+  static bool isNameToken(std::string_view text);
 
  private:
   struct Declaration {
     std::string prefix;
     std::string uri;
     std::size_t depth;
+    std::size_t shadowed;  // the declaration of the same prefix this one hides (npos: none); indexed only
   };
 
   void report(const std::string& fault) const;
   const Declaration* declared(std::string_view prefix) const;
-  std::size_t checkName(std::string_view name) const;
+  std::size_t checkName(std::string_view name);
   void checkPrefixDeclared(std::string_view prefix) const;
   void checkNamespaceDeclaration(std::string_view attribute, std::string_view uri) const;
-  void checkCharacters(std::string_view text) const;
+  void pushDeclaration(std::string_view prefix, std::string_view uri, std::size_t depth);
+  void popDeclaration();
   void checkXmlDeclaration(std::string_view text, bool atStart) const;
   void checkPrefixedAttributes();
   void checkManyAttributesOnce();
 
   const ZrXmlFileReader* m_theReader;
   std::vector<Declaration> m_theDeclarations;  // in scope, outermost first
+  // With more declarations in scope than a look along them costs, the innermost of each prefix by name,
+  // so that a look-up costs the same however many are in scope.
+  std::unordered_map<std::string, std::size_t> m_thePrefixIndex;
+  bool m_theIndexed = false;
+  mutable std::string m_theLookupKey;  // the prefix looked up, in a string kept for its capacity
+  std::unique_ptr<ZrXmlDocumentType> m_theDocumentType;
   bool m_theRootSeen = false;
   bool m_theDoctypeSeen = false;
   bool m_theEndChecked = false;
   // Work lists of the tag being checked, kept so that checking a tag allocates nothing once warmed up.
-  std::vector<std::pair<std::string_view, std::string_view>> m_theAttributes;  // name and value as written
-  std::vector<std::pair<std::string, std::string_view>> m_theExpandedNames;  // namespace#local, as written
+  struct WrittenAttribute {
+    std::string_view first;   // the name as written
+    std::string_view second;  // the value as written
+    bool whiteBefore;
+  };
+  std::vector<WrittenAttribute> m_theAttributes;
+  void checkAttributes(std::size_t depth);
+  void checkOtherEndTag(std::string_view name, std::size_t depth);
+  // The start tags' names as written, by depth, kept as spares: the elements of one depth mostly bear the
+  // same few names. A plain name is valid and has no prefix, so nothing about it can change.
+  struct OpenName {
+    std::string name;
+    bool plain = false;
+  };
+  std::vector<OpenName> m_theOpenNames;
+  std::size_t m_theInvalidNames = 0;  // names reported invalid so far
+  // The last names found valid, with the position of their ':': documents name the same few elements
+  // again and again, and an end tag mostly names the element whose start tag came just before it.
+  struct ValidName {
+    std::string name;
+    std::size_t colon = std::string_view::npos;
+  };
+  static const std::size_t theValidNames = 4;
+  ValidName m_theValidNames[theValidNames];
+  std::size_t m_theNextValidName = 0;  // the entry the next valid name replaces
+  static bool sameText(std::string_view one, const std::string& other) {
+    if (one.size() != other.size()) return false;
+    for (std::size_t i = 0; i < one.size(); ++i)
+      if (one[i] != other[i]) return false;
+    return true;
+  }
+  struct ExpandedName {
+    std::string_view uri, local, written;
+  };
+  std::vector<ExpandedName> m_theExpandedNames;
   std::vector<std::pair<std::string_view, std::size_t>> m_theWrittenNames;  // name as written, position
-  bool m_theTagDeclares = false;     // the tag being read declares namespaces
-  bool m_theTagHasPrefixes = false;  // the tag being read has prefixed attribute names
 };
 
 #endif

@@ -22,7 +22,8 @@ if(TARGET zrxml)
 cmp - '${CMAKE_CURRENT_SOURCE_DIR}/data/robotCellWritten.xml'")
   zr_tool_test(demoWritesNamespaceComplete 0 "<robotCell xmlns=\"http://www.zrtoolkit.org/namespace/cell\" xmlns:xsi="
                demo --namespace-complete --lossless-reals ${samples}/robotCell.xml)
-  zr_tool_test(commandHelp 0 "usage: zrxml check \\[--strict\\] \\[--schema XSD\\] FILE" check --help)
+  zr_tool_test(commandHelp 0 "usage: zrxml check \\[--strict\\] \\[--warnings-as-faults\\] \\[-j N\\] \\[--schema XSD\\] FILE"
+               check --help)
   # Include elements are followed: the included documents' events appear in place, named by their file.
   zr_tool_test(checkFollowsIncludes 0 "plant.xml: ok, 21 events, 9 lines, 0 faults" check ${samples}/plant.xml)
   zr_tool_test(eventsNameIncludedFiles 0 "plantLineB.xml line 3: 1 start station name=\"weld\" serial=\"21\""
@@ -40,6 +41,16 @@ cmp - '${CMAKE_CURRENT_SOURCE_DIR}/data/robotCellWritten.xml'")
     zr_schema_check_test(checkSchemaInvalid ${CMAKE_CURRENT_SOURCE_DIR}/data/robotCellInvalid.xml 1
                          "robotCellInvalid.xml: NOT valid, .*, 2 schema violations"
                          "-DERROR_REGEX=robotCellInvalid.xml[^L]*Line: 11.*robotCellInvalid.xml[^L]*Line: 13")
+    # Documents as the library reads them: the toolkit's form (the namespace from xsi:schemaLocation), and
+    # a robot included from another file, whose violation names that file and its line.
+    set(toolData ${CMAKE_CURRENT_SOURCE_DIR}/data/tool)
+    zr_schema_check_test(checkSchemaToolkitForm ${CMAKE_CURRENT_SOURCE_DIR}/data/robotCellWritten.xml 0
+                         "robotCellWritten.xml: ok, .*, 0 schema violations")
+    zr_schema_check_test(checkSchemaFollowsIncludes ${toolData}/cellWithInclude.xml 0
+                         "cellWithInclude.xml: ok, .*, 0 schema violations")
+    zr_schema_check_test(checkSchemaNamesTheIncludedFile ${toolData}/cellWithInvalidInclude.xml 1
+                         "cellWithInvalidInclude.xml: NOT valid, .*, 1 schema violation\n"
+                         "-DERROR_REGEX='heavy' is not a valid value[^L]*cellLoaderInvalid.xml[^L]*Line: 9")
   endif()
 endif()
 
@@ -91,4 +102,35 @@ if(TARGET zrxml AND Python3_Interpreter_FOUND)
   add_test(NAME zrxml.closedPipeIsReportedAtOnce
            COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/tools/expectClosedPipe.py $<TARGET_FILE:zrxml>
                    ${CMAKE_CURRENT_BINARY_DIR}/closedPipe ${PROJECT_SOURCE_DIR}/samples)
+endif()
+
+# The verdict counts what it claims: the version warning and a namespace declared again with its URI
+# are warnings (exit 0, "ok, 2 warnings"), each followed by its file and line; --warnings-as-faults
+# counts them as faults again. Faults and warnings together: the faults decide.
+if(TARGET zrxml)
+  set(samples ${PROJECT_SOURCE_DIR}/samples)
+  set(toolData ${CMAKE_CURRENT_SOURCE_DIR}/data/tool)
+  zr_tool_test(checkWarningsAreNoFaults 0 "warnings.xml: ok, 2 warnings, [0-9]+ events, 5 lines, 0 faults\n$"
+               check ${toolData}/warnings.xml)
+  zr_tool_test(checkWarningsAreNoFaultsStrict 0 "warnings.xml: ok, 1 warning, [0-9]+ events, 5 lines, 0 faults\n$"
+               check --strict ${toolData}/warnings.xml)
+  zr_tool_test(checkWarningsAsFaults 1 "warnings.xml: NOT well formed, [0-9]+ events, 5 lines, 2 faults\n$"
+               check --warnings-as-faults ${toolData}/warnings.xml)
+  add_test(NAME zrxml.checkWarningNamesFileAndLine
+           COMMAND sh -c "'$<TARGET_FILE:zrxml>' check '${toolData}/warnings.xml' 2>&1 >/dev/null | tr '\\n\\t' '|~' | \
+grep -q 'two versions smaller than code base version (v3.0.0).|~File: [^|]*warnings.xml|~Line: 2|'")
+  # Files checked at once: each file's output in the order the files were given, the worst status wins.
+  zr_tool_test(checkInParallelKeepsTheOrder 2
+               "robotCellFaulty.xml: NOT well formed[^\n]*\n[^\n]*warnings.xml: ok, 2 warnings[^\n]*\n[^\n]*robotCell.xml: ok[^\n]*\n[^\n]*nothere.xml: cannot be opened\n[^\n]*plant.xml: ok[^\n]*\n$"
+               check -j 3 ${samples}/robotCellFaulty.xml ${toolData}/warnings.xml ${samples}/robotCell.xml
+               ${samples}/nothere.xml ${samples}/plant.xml)
+  zr_tool_test(checkInParallelFaultsExitOne 1 "warnings.xml: ok[^\n]*\n[^\n]*robotCellFaulty.xml: NOT well formed"
+               check -j2 ${toolData}/warnings.xml ${samples}/robotCellFaulty.xml)
+  add_test(NAME zrxml.checkInParallelKeepsReportsWithTheirFile
+           COMMAND sh -c "'$<TARGET_FILE:zrxml>' check -j 2 '${samples}/robotCellFaulty.xml' '${samples}/robotCell.xml' \
+2>&1 | tail -n 2 | head -n 1 | grep -q 'robotCellFaulty.xml: NOT well formed'")
+  zr_tool_test(checkRefusesABadJobCount 64 "usage: zrxml check" check -j 0 ${samples}/robotCell.xml)
+  # Events stay on one line: line breaks, tabs and backslashes in values and content are escaped.
+  zr_tool_test(eventsEscapeLineBreaks 0 "1 start notes kind=\"a\\\\tb\"\nline 2: 4 content notes \"first line\\\\nsecond\\\\\\\\line\"\n"
+               events ${toolData}/multiline.xml)
 endif()

@@ -1,0 +1,544 @@
+#include "ZrXmlDocumentType.h"
+
+#include "ZrXmlWellFormednessChecker.h"
+
+#include <vector>
+
+namespace {
+
+bool isWhite(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+
+// The characters that end a name or name token inside a declaration.
+bool endsName(char c) {
+  switch (c) {
+    case '>': case '(': case ')': case '|': case ',': case '?': case '*': case '+': case '"': case '\'':
+    case '[': case ']': case '%': case ';': case '<': case '=': case '&':
+      return true;
+    default:
+      return isWhite(c);
+  }
+}
+
+bool isPublicIdChar(char c) {
+  if ((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9')) return true;
+  for (char allowed : std::string_view(" \r\n-'()+,./:=?;!*#@$_%"))
+    if (c == allowed) return true;
+  return false;
+}
+
+// The code of a character reference's digits ("#65", "#x41"), or 0 when it is none.
+unsigned long characterCode(std::string_view name) {
+  const bool hex = name.size() > 1 && name[1] == 'x';
+  const std::string_view digits = name.substr(hex ? 2 : 1);
+  if (digits.empty() || digits.size() > 8) return 0;
+  unsigned long code = 0;
+  for (char c : digits) {
+    unsigned digit;
+    if (c >= '0' && c <= '9') digit = static_cast<unsigned>(c - '0');
+    else if (hex && c >= 'a' && c <= 'f') digit = static_cast<unsigned>(c - 'a' + 10);
+    else if (hex && c >= 'A' && c <= 'F') digit = static_cast<unsigned>(c - 'A' + 10);
+    else return 0;
+    code = code * (hex ? 16 : 10) + digit;
+  }
+  return code;
+}
+
+bool isXmlChar(unsigned long code) {
+  return code == 0x9 || code == 0xA || code == 0xD || (code >= 0x20 && code <= 0xD7FF) ||
+         (code >= 0xE000 && code <= 0xFFFD) || (code >= 0x10000 && code <= 0x10FFFF);
+}
+
+void appendUtf8(std::string& out, unsigned long code) {
+  if (code < 0x80) {
+    out += static_cast<char>(code);
+  } else if (code < 0x800) {
+    out += static_cast<char>(0xC0 | (code >> 6));
+    out += static_cast<char>(0x80 | (code & 0x3F));
+  } else if (code < 0x10000) {
+    out += static_cast<char>(0xE0 | (code >> 12));
+    out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
+    out += static_cast<char>(0x80 | (code & 0x3F));
+  } else {
+    out += static_cast<char>(0xF0 | (code >> 18));
+    out += static_cast<char>(0x80 | ((code >> 12) & 0x3F));
+    out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
+    out += static_cast<char>(0x80 | (code & 0x3F));
+  }
+}
+
+}  // namespace
+
+// ---- the cursor ----
+
+bool ZrXmlDocumentType::Cursor::takes(std::string_view word) {
+  if (text.compare(at, word.size(), word) != 0) return false;
+  at += word.size();
+  return true;
+}
+
+bool ZrXmlDocumentType::Cursor::skipWhite() {
+  const std::size_t from = at;
+  while (at < text.size() && isWhite(text[at])) ++at;
+  return at != from;
+}
+
+std::string_view ZrXmlDocumentType::Cursor::nameToken() {
+  const std::size_t from = at;
+  while (at < text.size() && !endsName(text[at])) ++at;
+  return text.substr(from, at - from);
+}
+
+std::string_view ZrXmlDocumentType::Cursor::name() { return nameToken(); }
+
+// A literal in single or double quotes; false, consuming nothing, without its closing quote.
+bool ZrXmlDocumentType::Cursor::quoted(std::string_view& value) {
+  const char quote = peek();
+  if (quote != '"' && quote != '\'') return false;
+  const std::size_t close = text.find(quote, at + 1);
+  if (close == std::string_view::npos) return false;
+  value = text.substr(at + 1, close - at - 1);
+  at = close + 1;
+  return true;
+}
+
+// ---- the declaration ----
+
+const ZrXmlDocumentType::Entity* ZrXmlDocumentType::entity(std::string_view name) const {
+  const auto found = m_theEntities.find(std::string(name));
+  return found == m_theEntities.end() ? nullptr : &found->second;
+}
+
+void ZrXmlDocumentType::parse(std::string_view text, const Report& report) {
+  m_theReport = &report;
+  Cursor in{text, 0};
+  in.takes("!DOCTYPE");
+  const bool white = in.skipWhite();
+  const std::string_view name = in.name();
+  if (!white || !ZrXmlWellFormednessChecker::isQualifiedName(name)) fault("Invalid name: " + std::string(name));
+  const bool whiteBefore = in.skipWhite();
+  if (in.peek() == 'S' || in.peek() == 'P') {
+    if (!whiteBefore) fault("White space required in document type declaration.");
+    m_theExternalSubset = true;
+    if (!parseExternalId(in, false)) {
+      m_theReport = nullptr;
+      return;
+    }
+    in.skipWhite();
+  }
+  if (in.peek() == '[') {
+    ++in.at;
+    parseSubset(in);
+    if (in.peek() == ']') ++in.at;
+    else fault("Internal subset not closed with ']'.");
+    in.skipWhite();
+  }
+  if (!in.atEnd()) fault("Malformed document type declaration.");
+  m_theReport = nullptr;
+}
+
+// SYSTEM "literal" or PUBLIC "public id" "literal"; with publicIdAlone (a notation), PUBLIC "public id".
+bool ZrXmlDocumentType::parseExternalId(Cursor& in, bool publicIdAlone) {
+  std::string_view literal;
+  if (in.takes("SYSTEM")) {
+    if (in.skipWhite() && in.quoted(literal)) return true;
+  } else if (in.takes("PUBLIC")) {
+    if (in.skipWhite() && in.quoted(literal)) {
+      for (char c : literal)
+        if (!isPublicIdChar(c)) {
+          fault("Character not allowed in a public identifier: " + std::string(1, c));
+          break;
+        }
+      const std::size_t before = in.at;
+      const bool white = in.skipWhite();
+      if (white && in.quoted(literal)) return true;
+      in.at = before;
+      if (publicIdAlone) return true;
+    }
+  }
+  fault("Malformed external identifier.");
+  return false;
+}
+
+void ZrXmlDocumentType::parseSubset(Cursor& in) {
+  for (;;) {
+    in.skipWhite();
+    if (in.atEnd() || in.peek() == ']') return;
+    if (in.takes("<!--")) {
+      const std::size_t end = in.text.find("--", in.at);
+      if (end == std::string_view::npos || end + 2 >= in.text.size() || in.text[end + 2] != '>') {
+        fault("Comment contains extra -- in it.");
+        skipToDeclarationEnd(in);
+      } else {
+        in.at = end + 3;
+      }
+    } else if (in.takes("<?")) {
+      const std::size_t end = in.text.find("?>", in.at);
+      const std::string_view target = in.name();
+      if (target.empty() || !ZrXmlWellFormednessChecker::isName(target) ||
+          (target.size() == 3 && (target[0] | 0x20) == 'x' && (target[1] | 0x20) == 'm' && (target[2] | 0x20) == 'l'))
+        fault("Invalid processing instruction target: " + std::string(target));
+      in.at = end == std::string_view::npos ? in.text.size() : end + 2;
+    } else if (in.peek() == '%') {
+      ++in.at;
+      const std::string_view name = in.name();
+      if (!ZrXmlWellFormednessChecker::isName(name) || !in.takes(";"))
+        fault("Malformed parameter-entity reference: %" + std::string(name));
+      else if (m_theParameterEntities.find(std::string(name)) == m_theParameterEntities.end() && !m_theExternalSubset)
+        fault("Undefined parameter entity: %" + std::string(name) + ";");
+      // The entity's declarations are not read: from here on, undeclared entities are not faults.
+      m_theParameterReferenced = true;
+    } else if (in.takes("<!ELEMENT")) {
+      parseElement(in);
+    } else if (in.takes("<!ATTLIST")) {
+      parseAttributeList(in);
+    } else if (in.takes("<!ENTITY")) {
+      parseEntity(in);
+    } else if (in.takes("<!NOTATION")) {
+      parseNotation(in);
+    } else {
+      fault("Markup declaration not allowed in the internal subset.");
+      skipToDeclarationEnd(in);
+    }
+  }
+}
+
+// After a fault inside a declaration: on after its '>' (outside quotes), so the next one is read.
+void ZrXmlDocumentType::skipToDeclarationEnd(Cursor& in) {
+  char quote = 0;
+  for (; !in.atEnd(); ++in.at) {
+    const char c = in.text[in.at];
+    if (quote) quote = c == quote ? 0 : quote;
+    else if (c == '"' || c == '\'') quote = c;
+    else if (c == '>' || c == ']') break;
+  }
+  if (in.peek() == '>') ++in.at;
+}
+
+bool ZrXmlDocumentType::endDeclaration(Cursor& in, const char* what) {
+  in.skipWhite();
+  if (in.takes(">")) return true;
+  fault(std::string("Malformed ") + what + " declaration.");
+  skipToDeclarationEnd(in);
+  return false;
+}
+
+void ZrXmlDocumentType::parseElement(Cursor& in) {
+  const bool white = in.skipWhite();
+  const std::string_view name = in.name();
+  if (!white || !ZrXmlWellFormednessChecker::isQualifiedName(name)) fault("Invalid name: " + std::string(name));
+  if (!in.skipWhite()) {
+    fault("Malformed element declaration.");
+    skipToDeclarationEnd(in);
+    return;
+  }
+  const bool model = in.takes("EMPTY") || in.takes("ANY") || parseContentModel(in);
+  if (!model) {
+    fault("Malformed element declaration.");
+    skipToDeclarationEnd(in);
+    return;
+  }
+  endDeclaration(in, "element");
+}
+
+// A content model: mixed content ("(#PCDATA|a|b)*" or "(#PCDATA)") or groups of names joined by ',' or
+// '|', each with an optional '?', '*' or '+'. Nested groups are followed with a stack of their joints, not
+// by recursion, so that no nesting in the input can run the stack out.
+bool ZrXmlDocumentType::parseContentModel(Cursor& in) {
+  if (!in.takes("(")) return false;
+  in.skipWhite();
+  if (in.takes("#PCDATA")) {
+    bool names = false;
+    for (;;) {
+      in.skipWhite();
+      if (in.takes(")")) break;
+      if (!in.takes("|")) return false;
+      in.skipWhite();
+      if (!ZrXmlWellFormednessChecker::isQualifiedName(in.name())) return false;
+      names = true;
+    }
+    return in.takes("*") || !names;
+  }
+  std::string joints(1, '\0');  // per open group: ',' or '|' once known, '\0' before
+  bool expectItem = true;
+  while (!joints.empty()) {
+    in.skipWhite();
+    if (expectItem) {
+      if (in.takes("(")) {
+        joints += '\0';
+        continue;
+      }
+      if (!ZrXmlWellFormednessChecker::isQualifiedName(in.name())) return false;
+      if (in.peek() == '?' || in.peek() == '*' || in.peek() == '+') ++in.at;
+      expectItem = false;
+      continue;
+    }
+    const char c = in.peek();
+    if (c == ')') {
+      ++in.at;
+      joints.pop_back();
+      if (in.peek() == '?' || in.peek() == '*' || in.peek() == '+') ++in.at;
+      continue;
+    }
+    if (c != ',' && c != '|') return false;
+    if (joints.back() != '\0' && joints.back() != c) return false;  // ',' and '|' mixed in one group
+    joints.back() = c;
+    ++in.at;
+    expectItem = true;
+  }
+  return true;
+}
+
+void ZrXmlDocumentType::parseAttributeList(Cursor& in) {
+  const bool white = in.skipWhite();
+  const std::string_view element = in.name();
+  if (!white || !ZrXmlWellFormednessChecker::isQualifiedName(element)) fault("Invalid name: " + std::string(element));
+  for (;;) {
+    const bool whiteBefore = in.skipWhite();
+    if (in.takes(">")) return;
+    const std::string_view name = in.name();
+    const bool valid = whiteBefore && ZrXmlWellFormednessChecker::isQualifiedName(name) && in.skipWhite() &&
+                       parseAttributeType(in) && in.skipWhite() && parseDefaultValue(in);
+    if (!valid) {
+      fault("Malformed attribute-list declaration.");
+      skipToDeclarationEnd(in);
+      return;
+    }
+  }
+}
+
+bool ZrXmlDocumentType::parseAttributeType(Cursor& in) {
+  static const char* const theTypes[] = {"CDATA", "IDREFS", "IDREF", "ID", "ENTITIES", "ENTITY", "NMTOKENS", "NMTOKEN"};
+  const bool notation = in.takes("NOTATION");
+  if (!notation) {
+    for (const char* type : theTypes) {
+      const std::size_t before = in.at;
+      if (in.takes(type) && (in.atEnd() || isWhite(in.peek()))) return true;
+      in.at = before;
+    }
+  } else if (!in.skipWhite()) {
+    return false;
+  }
+  // An enumeration of name tokens, or the notation names after NOTATION.
+  if (!in.takes("(")) return false;
+  for (;;) {
+    in.skipWhite();
+    const std::string_view token = in.nameToken();
+    if (notation ? !ZrXmlWellFormednessChecker::isName(token) : !ZrXmlWellFormednessChecker::isNameToken(token))
+      return false;
+    in.skipWhite();
+    if (in.takes(")")) return true;
+    if (!in.takes("|")) return false;
+  }
+}
+
+// #REQUIRED, #IMPLIED, or a default value (after #FIXED): no '<', and every '&' a reference to a
+// character or to an internal entity declared before it.
+bool ZrXmlDocumentType::parseDefaultValue(Cursor& in) {
+  if (in.takes("#REQUIRED") || in.takes("#IMPLIED")) return true;
+  if (in.takes("#FIXED") && !in.skipWhite()) return false;
+  std::string_view value;
+  if (!in.quoted(value)) return false;
+  if (value.find('<') != std::string_view::npos) fault("'<' not allowed in attribute value.");
+  for (std::size_t amp = value.find('&'); amp != std::string_view::npos; amp = value.find('&', amp + 1)) {
+    const std::size_t semicolon = value.find(';', amp);
+    const std::string_view name =
+        value.substr(amp + 1, semicolon == std::string_view::npos ? std::string_view::npos : semicolon - amp - 1);
+    if (semicolon == std::string_view::npos || name.empty()) {
+      fault("'&' not followed by a reference.");
+      continue;
+    }
+    if (name[0] == '#') {
+      if (!isXmlChar(characterCode(name))) fault("Invalid character reference: &" + std::string(name) + ";");
+      continue;
+    }
+    const Entity* declared = entity(name);
+    if (!declared && !declarationsIncomplete() && name != "lt" && name != "gt" && name != "amp" && name != "apos" &&
+        name != "quot")
+      fault("Undefined entity reference: &" + std::string(name) + ";");
+    else if (declared && (declared->external || declared->unparsed))
+      fault("External entity referenced in attribute value: &" + std::string(name) + ";");
+  }
+  return true;
+}
+
+void ZrXmlDocumentType::parseEntity(Cursor& in) {
+  bool white = in.skipWhite();
+  const bool parameter = in.takes("%");
+  if (parameter) white = in.skipWhite() && white;
+  const std::string_view name = in.name();
+  if (!white || !ZrXmlWellFormednessChecker::isName(name) || name.find(':') != std::string_view::npos)
+    fault("Invalid name: " + std::string(name));
+  if (!in.skipWhite()) {
+    fault("Malformed entity declaration.");
+    skipToDeclarationEnd(in);
+    return;
+  }
+  Entity declared;
+  std::string_view value;
+  if (in.quoted(value)) {
+    if (!replacementText(value, declared.replacement)) {
+      skipToDeclarationEnd(in);
+      return;
+    }
+  } else if (parseExternalId(in, false)) {
+    declared.external = true;
+    const std::size_t before = in.at;
+    if (in.skipWhite() && in.takes("NDATA")) {
+      if (parameter || !in.skipWhite() || !ZrXmlWellFormednessChecker::isName(in.name())) {
+        fault("Malformed entity declaration.");
+        skipToDeclarationEnd(in);
+        return;
+      }
+      declared.unparsed = true;
+    } else {
+      in.at = before;
+    }
+  } else {
+    skipToDeclarationEnd(in);
+    return;
+  }
+  if (!endDeclaration(in, "entity")) return;
+  // After a parameter-entity reference that was not read, a non-validating processor leaves the
+  // declarations alone: they might be overridden by the ones it did not read.
+  if (m_theParameterReferenced) return;
+  if (parameter) m_theParameterEntities.emplace(std::string(name), declared.external);
+  else m_theEntities.emplace(std::string(name), std::move(declared));
+}
+
+// An entity value's replacement text: character references expanded, entity references kept as
+// written (they are expanded where the entity is used). A parameter-entity reference cannot stand inside
+// a declaration of the internal subset.
+bool ZrXmlDocumentType::replacementText(std::string_view value, std::string& replacement) {
+  replacement.reserve(value.size());
+  for (std::size_t at = 0; at < value.size();) {
+    const char c = value[at];
+    if (c == '%') {
+      fault("Parameter-entity reference inside a declaration of the internal subset.");
+      return false;
+    }
+    if (c != '&') {
+      replacement += c;
+      ++at;
+      continue;
+    }
+    const std::size_t semicolon = value.find(';', at);
+    const std::string_view name =
+        value.substr(at + 1, semicolon == std::string_view::npos ? std::string_view::npos : semicolon - at - 1);
+    if (semicolon == std::string_view::npos || name.empty() ||
+        (name[0] != '#' && !ZrXmlWellFormednessChecker::isName(name))) {
+      fault("'&' not followed by a reference.");
+      return false;
+    }
+    if (name[0] == '#') {
+      const unsigned long code = characterCode(name);
+      if (!isXmlChar(code)) {
+        fault("Invalid character reference: &" + std::string(name) + ";");
+        return false;
+      }
+      appendUtf8(replacement, code);
+    } else {
+      replacement.append(value.substr(at, semicolon + 1 - at));
+    }
+    at = semicolon + 1;
+  }
+  return true;
+}
+
+void ZrXmlDocumentType::parseNotation(Cursor& in) {
+  const bool white = in.skipWhite();
+  const std::string_view name = in.name();
+  if (!white || !ZrXmlWellFormednessChecker::isName(name)) fault("Invalid name: " + std::string(name));
+  if (!in.skipWhite() || !parseExternalId(in, true)) {
+    skipToDeclarationEnd(in);
+    return;
+  }
+  endDeclaration(in, "notation");
+}
+
+// ---- expansion ----
+
+namespace {
+
+const char* predefinedEntity(std::string_view name) {
+  if (name == "lt") return "<";
+  if (name == "gt") return ">";
+  if (name == "amp") return "&";
+  if (name == "apos") return "'";
+  if (name == "quot") return "\"";
+  return nullptr;
+}
+
+}  // namespace
+
+bool ZrXmlDocumentType::expand(std::string_view name, bool inAttribute, std::string& out, std::uint64_t& produced,
+                               std::uint64_t limit, const Report& report) const {
+  struct Frame {
+    std::string_view name;
+    std::string_view text;
+    std::size_t at;
+  };
+  std::vector<Frame> frames;
+  bool lessThanReported = false;
+  // Opens the entity `called` for expansion, or reports why it cannot be and keeps the reference.
+  const auto open = [&](std::string_view called, std::string_view written) {
+    const Entity* found = entity(called);
+    std::string fault;
+    if (!found) {
+      if (!declarationsIncomplete()) fault = "Undefined entity reference: ";
+    } else if (found->unparsed) {
+      fault = "Reference to an unparsed entity: ";
+    } else if (found->external && inAttribute) {
+      fault = "External entity referenced in attribute value: ";
+    } else if (!found->external) {
+      for (const Frame& frame : frames)
+        if (frame.name == called) fault = "Entity refers to itself: ";
+    }
+    if (!fault.empty()) report(fault + std::string(written));
+    if (!found || found->unparsed || found->external || !fault.empty()) {
+      out.append(written.data(), written.size());  // not read, or faulty: kept as written
+      return true;
+    }
+    produced += found->replacement.size();
+    if (produced > limit) return false;
+    frames.push_back({called, found->replacement, 0});
+    return true;
+  };
+  const std::string written = "&" + std::string(name) + ";";
+  if (!open(name, written)) return false;
+  while (!frames.empty()) {
+    Frame& frame = frames.back();
+    if (frame.at >= frame.text.size()) {
+      frames.pop_back();
+      continue;
+    }
+    const std::size_t amp = frame.text.find('&', frame.at);
+    const std::string_view plain = frame.text.substr(frame.at, amp == std::string_view::npos ? std::string_view::npos : amp - frame.at);
+    if (inAttribute && !lessThanReported && plain.find('<') != std::string_view::npos) {
+      report("'<' not allowed in attribute value.");
+      lessThanReported = true;
+    }
+    out.append(plain.data(), plain.size());
+    if (amp == std::string_view::npos) {
+      frame.at = frame.text.size();
+      continue;
+    }
+    // A '&' that a character reference brought into the replacement text may begin no reference.
+    const std::size_t semicolon = frame.text.find(';', amp);
+    if (semicolon == std::string_view::npos || semicolon == amp + 1) {
+      report("'&' not followed by a reference.");
+      out += '&';
+      frame.at = amp + 1;
+      continue;
+    }
+    const std::string_view reference = frame.text.substr(amp + 1, semicolon - amp - 1);
+    frame.at = semicolon + 1;
+    if (reference[0] == '#') {
+      appendUtf8(out, characterCode(reference));
+    } else if (const char* predefined = predefinedEntity(reference)) {
+      out += predefined;
+    } else if (!open(reference, frame.text.substr(amp, semicolon + 1 - amp))) {
+      return false;
+    }
+  }
+  return true;
+}
