@@ -1,5 +1,7 @@
 #include "ZrXmlDocumentType.h"
 
+#include "ZrXmlCharacters.h"
+
 #include "ZrXmlWellFormednessChecker.h"
 
 #include <vector>
@@ -26,45 +28,8 @@ bool isPublicIdChar(char c) {
   return false;
 }
 
-// The code of a character reference's digits ("#65", "#x41"), or 0 when it is none.
-unsigned long characterCode(std::string_view name) {
-  const bool hex = name.size() > 1 && name[1] == 'x';
-  const std::string_view digits = name.substr(hex ? 2 : 1);
-  if (digits.empty() || digits.size() > 8) return 0;
-  unsigned long code = 0;
-  for (char c : digits) {
-    unsigned digit;
-    if (c >= '0' && c <= '9') digit = static_cast<unsigned>(c - '0');
-    else if (hex && c >= 'a' && c <= 'f') digit = static_cast<unsigned>(c - 'a' + 10);
-    else if (hex && c >= 'A' && c <= 'F') digit = static_cast<unsigned>(c - 'A' + 10);
-    else return 0;
-    code = code * (hex ? 16 : 10) + digit;
-  }
-  return code;
-}
 
-bool isXmlChar(unsigned long code) {
-  return code == 0x9 || code == 0xA || code == 0xD || (code >= 0x20 && code <= 0xD7FF) ||
-         (code >= 0xE000 && code <= 0xFFFD) || (code >= 0x10000 && code <= 0x10FFFF);
-}
 
-void appendUtf8(std::string& out, unsigned long code) {
-  if (code < 0x80) {
-    out += static_cast<char>(code);
-  } else if (code < 0x800) {
-    out += static_cast<char>(0xC0 | (code >> 6));
-    out += static_cast<char>(0x80 | (code & 0x3F));
-  } else if (code < 0x10000) {
-    out += static_cast<char>(0xE0 | (code >> 12));
-    out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (code & 0x3F));
-  } else {
-    out += static_cast<char>(0xF0 | (code >> 18));
-    out += static_cast<char>(0x80 | ((code >> 12) & 0x3F));
-    out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (code & 0x3F));
-  }
-}
 
 }  // namespace
 
@@ -348,7 +313,8 @@ bool ZrXmlDocumentType::parseDefaultValue(Cursor& in) {
       continue;
     }
     if (name[0] == '#') {
-      if (!isXmlChar(characterCode(name))) fault("Invalid character reference: &" + std::string(name) + ";");
+      if (!ZrXmlCharacters::isXmlChar(ZrXmlCharacters::characterReferenceCode(name)))
+        fault("Invalid character reference: &" + std::string(name) + ";");
       continue;
     }
     const Entity* declared = entity(name);
@@ -430,12 +396,12 @@ bool ZrXmlDocumentType::replacementText(std::string_view value, std::string& rep
       return false;
     }
     if (name[0] == '#') {
-      const unsigned long code = characterCode(name);
-      if (!isXmlChar(code)) {
+      const unsigned long code = ZrXmlCharacters::characterReferenceCode(name);
+      if (!ZrXmlCharacters::isXmlChar(code)) {
         fault("Invalid character reference: &" + std::string(name) + ";");
         return false;
       }
-      appendUtf8(replacement, code);
+      ZrXmlCharacters::appendUtf8(replacement, code);
     } else {
       replacement.append(value.substr(at, semicolon + 1 - at));
     }
@@ -533,7 +499,7 @@ bool ZrXmlDocumentType::expand(std::string_view name, bool inAttribute, std::str
     const std::string_view reference = frame.text.substr(amp + 1, semicolon - amp - 1);
     frame.at = semicolon + 1;
     if (reference[0] == '#') {
-      appendUtf8(out, characterCode(reference));
+      ZrXmlCharacters::appendUtf8(out, ZrXmlCharacters::characterReferenceCode(reference));
     } else if (const char* predefined = predefinedEntity(reference)) {
       out += predefined;
     } else if (!open(reference, frame.text.substr(amp, semicolon + 1 - amp))) {

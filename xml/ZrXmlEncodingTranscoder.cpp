@@ -1,5 +1,7 @@
 #include "ZrXmlEncodingTranscoder.h"
 
+#include "ZrXmlCharacters.h"
+
 #include <cerrno>
 #include <initializer_list>
 #include <utility>
@@ -25,23 +27,6 @@ bool isOneOf(std::string_view name, std::initializer_list<std::string_view> name
   return false;
 }
 
-void appendUtf8(std::string& out, unsigned long code) {
-  if (code < 0x80) {
-    out += static_cast<char>(code);
-  } else if (code < 0x800) {
-    out += static_cast<char>(0xC0 | (code >> 6));
-    out += static_cast<char>(0x80 | (code & 0x3F));
-  } else if (code < 0x10000) {
-    out += static_cast<char>(0xE0 | (code >> 12));
-    out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (code & 0x3F));
-  } else {
-    out += static_cast<char>(0xF0 | (code >> 18));
-    out += static_cast<char>(0x80 | ((code >> 12) & 0x3F));
-    out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (code & 0x3F));
-  }
-}
 
 const unsigned long theReplacement = 0xFFFD;
 
@@ -125,26 +110,26 @@ void ZrXmlEncodingTranscoder::decodeUtf16(std::string& out, Fault& fault, bool l
   while (at + 2 <= size) {
     const unsigned unit = unitAt(at);
     if (unit < 0xD800 || unit > 0xDFFF) {
-      appendUtf8(out, unit);
+      ZrXmlCharacters::appendUtf8(out, unit);
       at += 2;
       continue;
     }
     if (unit <= 0xDBFF && at + 4 > size && !last) break;  // the pair's second half comes with the next block
     const unsigned second = at + 4 <= size ? unitAt(at + 2) : 0;
     if (unit <= 0xDBFF && second >= 0xDC00 && second <= 0xDFFF) {
-      appendUtf8(out, 0x10000 + ((unsigned long)(unit - 0xD800) << 10) + (second - 0xDC00));
+      ZrXmlCharacters::appendUtf8(out, 0x10000 + ((unsigned long)(unit - 0xD800) << 10) + (second - 0xDC00));
       at += 4;
       continue;
     }
     char what[64];
     std::snprintf(what, sizeof what, "Invalid UTF-16: unpaired surrogate #x%04X.", unit);
     noteFault(fault, out.size(), what);
-    appendUtf8(out, theReplacement);
+    ZrXmlCharacters::appendUtf8(out, theReplacement);
     at += 2;
   }
   if (last && at < size) {
     noteFault(fault, out.size(), "Invalid UTF-16: the document ends inside a character.");
-    appendUtf8(out, theReplacement);
+    ZrXmlCharacters::appendUtf8(out, theReplacement);
     at = size;
   }
   m_thePending.erase(0, at);
@@ -157,12 +142,12 @@ void ZrXmlEncodingTranscoder::decodeSingleBytes(std::string& out, Fault& fault) 
     if (byte < 0x80) {
       out += c;
     } else if (m_theKind == Latin1) {
-      appendUtf8(out, byte);
+      ZrXmlCharacters::appendUtf8(out, byte);
     } else {
       char what[64];
       std::snprintf(what, sizeof what, "Invalid US-ASCII: byte #x%02X is no character.", byte);
       noteFault(fault, out.size(), what);
-      appendUtf8(out, theReplacement);
+      ZrXmlCharacters::appendUtf8(out, theReplacement);
     }
   }
   m_thePending.clear();
@@ -188,7 +173,7 @@ void ZrXmlEncodingTranscoder::decodeWithIconv(std::string& out, Fault& fault, bo
     std::snprintf(what, sizeof what, "Invalid %.40s: byte #x%02X begins no character.", m_theName.c_str(),
                   static_cast<unsigned char>(*in));
     noteFault(fault, out.size(), what);
-    appendUtf8(out, theReplacement);
+    ZrXmlCharacters::appendUtf8(out, theReplacement);
     ++in;
     --inLeft;
   }

@@ -1,6 +1,7 @@
 #include "ZrXmlFileReader.h"
 
 #include <ZrPrint.h>
+#include <ZrXmlCharacters.h>
 #include <ZrXmlEncodingTranscoder.h>
 #include <ZrXmlReader.h>
 #include <ZrXmlWellFormednessChecker.h>
@@ -315,60 +316,20 @@ inline bool isReferenceChar(char c) {
          u == '-' || u == '.' || u == ':' || u >= 0x80;
 }
 
-// The characters that XML 1.0 allows in a document.
-inline bool isXmlChar(unsigned long code) {
-  return code == 0x9 || code == 0xA || code == 0xD || (code >= 0x20 && code <= 0xD7FF) ||
-         (code >= 0xE000 && code <= 0xFFFD) || (code >= 0x10000 && code <= 0x10FFFF);
-}
-
 // Code points up to 255 are one byte, as documents written in ISO-8859-1 hold them; higher ones are
 // UTF-8. Returns the number of bytes written.
 std::size_t encodeCodePoint(unsigned long code, char* out) {
-  if (code <= 0xFF) {
-    out[0] = static_cast<char>(code);
-    return 1;
-  }
-  if (code <= 0x7FF) {
-    out[0] = static_cast<char>(0xC0 | (code >> 6));
-    out[1] = static_cast<char>(0x80 | (code & 0x3F));
-    return 2;
-  }
-  if (code <= 0xFFFF) {
-    out[0] = static_cast<char>(0xE0 | (code >> 12));
-    out[1] = static_cast<char>(0x80 | ((code >> 6) & 0x3F));
-    out[2] = static_cast<char>(0x80 | (code & 0x3F));
-    return 3;
-  }
-  out[0] = static_cast<char>(0xF0 | (code >> 18));
-  out[1] = static_cast<char>(0x80 | ((code >> 12) & 0x3F));
-  out[2] = static_cast<char>(0x80 | ((code >> 6) & 0x3F));
-  out[3] = static_cast<char>(0x80 | (code & 0x3F));
-  return 4;
-}
-
-// The number of a character reference, "#65" or "#x41" (without '&' and ';'); 0 when it is none.
-unsigned long characterReferenceCode(std::string_view name) {
-  const bool hex = name.size() > 1 && name[1] == 'x';
-  std::string_view digits = name.substr(hex ? 2 : 1);
-  if (digits.empty() || digits.size() > 8) return 0;
-  unsigned long code = 0;
-  for (char c : digits) {
-    unsigned digit;
-    if (c >= '0' && c <= '9') digit = static_cast<unsigned>(c - '0');
-    else if (hex && c >= 'a' && c <= 'f') digit = static_cast<unsigned>(c - 'a' + 10);
-    else if (hex && c >= 'A' && c <= 'F') digit = static_cast<unsigned>(c - 'A' + 10);
-    else return 0;
-    code = code * (hex ? 16 : 10) + digit;
-  }
-  return code;
+  if (code > 0xFF) return ZrXmlCharacters::utf8(code, out);
+  out[0] = static_cast<char>(code);
+  return 1;
 }
 
 // The bytes that a reference's name ("amp", "#233", "#x20AC") stands for; 0 bytes for an unknown
 // entity or a number that is no XML character.
 std::size_t resolveReference(std::string_view name, char* out) {
   if (!name.empty() && name[0] == '#') {
-    const unsigned long code = characterReferenceCode(name);
-    return isXmlChar(code) ? encodeCodePoint(code, out) : 0;
+    const unsigned long code = ZrXmlCharacters::characterReferenceCode(name);
+    return ZrXmlCharacters::isXmlChar(code) ? encodeCodePoint(code, out) : 0;
   }
   static const std::pair<std::string_view, char> thePredefined[] = {
       {"lt", '<'}, {"gt", '>'}, {"amp", '&'}, {"apos", '\''}, {"quot", '"'}};
