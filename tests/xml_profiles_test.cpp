@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <fstream>
 #include <limits>
 #include <sstream>
 #include <string>
@@ -220,6 +221,47 @@ TEST(ZrXmlStandardProfile, ReadingEscapedTextUnexpandedGetsOneNotice) {
     const std::size_t notices = capture.all().find("read it with the reading option expandReferences") != std::string::npos;
     EXPECT_EQ(capture.count(), expand ? 0u : 1u) << capture.all();
     EXPECT_EQ(notices, expand ? 0u : 1u);
+  }
+}
+
+}  // namespace
+
+namespace {
+
+// A limit of 0 means what the settings header says: no includes, nothing printed, or no limit at all;
+// the largest value of a limit's type is no limit.
+TEST(ZrXmlOptions, ZeroAndLargestLimitsMeanWhatTheHeaderSays) {
+  ZrTest::TempDir dir;
+  dir.write("part.xml", "<part/>");
+  const std::string main = dir.write("main.xml", "<doc><ZrInclude type=\"simple\" href=\"part.xml\"/><x/></doc>");
+  struct Row {
+    const char* name;
+    ZrXmlReadOptions options;
+    bool includeOpens;
+    bool printed;
+  };
+  const Row rows[] = {
+      {"no include depth", ZrXmlReadOptions().setMaxIncludeDepth(0), false, true},
+      {"no included documents", ZrXmlReadOptions().setMaxIncludedDocuments(0), false, true},
+      {"no included bytes", ZrXmlReadOptions().setMaxIncludedBytes(0), false, true},
+      {"no memory limit", ZrXmlReadOptions().setMaxReadMemory(0), true, false},
+      {"no time limit", ZrXmlReadOptions().setMaxReadMilliseconds(0), true, false},
+      {"largest token size", ZrXmlReadOptions().setMaxTokenSize(static_cast<std::size_t>(-1)), true, false},
+      {"nothing printed", ZrXmlReadOptions().setMaxIncludeDepth(0).setMaxPrintedFaults(0), false, false},
+  };
+  for (const Row& row : rows) {
+    std::ifstream in(main);
+    ZrTest::PrintCapture capture;
+    ZrXmlReader reader(main, in);
+    reader.setOptions(row.options);
+    bool sawPart = false;
+    for (int mode = reader.readXml(); mode != 0 && mode != 5; mode = reader.readXml())
+      sawPart = sawPart || reader.element().tokenText() == "part";
+    reader.finish();
+    EXPECT_EQ(sawPart, row.includeOpens) << row.name;
+    EXPECT_EQ(reader.faultCount(), row.includeOpens ? 0u : 1u) << row.name << capture.all();
+    const bool printed = capture.contains("ZrXmlReader Error");
+    EXPECT_EQ(printed, row.printed) << row.name << capture.all();
   }
 }
 
