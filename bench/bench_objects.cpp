@@ -18,7 +18,7 @@
 // of a library's pages come back zero-filled from the kernel depended on which benchmark ran before it,
 // and the read ratios moved by a tenth either way from run to run. Blocks past 32 MiB (the largest
 // threshold glibc takes) are still mapped afresh, for every library alike. ZR_BENCH_SYSTEM_HEAP=1 keeps
-// glibc's defaults.
+// glibc's defaults. ZR_BENCH_CHECK_VALUES=1 reads with checked values.
 //
 // Memory: the Read benchmarks also report heap_bytes, the heap that reading the model leaves in use
 // (the model itself, as the reader builds it), built_bytes, the heap the same model takes when the
@@ -362,6 +362,9 @@ int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   keepHeapPages();
+  // ZR_BENCH_CHECK_VALUES=1 reads with checked values, to measure what checking costs.
+  const char* checkValues = std::getenv("ZR_BENCH_CHECK_VALUES");
+  if (checkValues && *checkValues == '1') ZrXmlReader::setDefaultCheckValues(true);
   registerLibrary<Ours>("zrXml");
   registerLibrary<OursOnHelper>("zrXmlHelper");
 #ifdef ZR_BENCH_HAVE_CEREAL

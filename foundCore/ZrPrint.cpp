@@ -93,7 +93,12 @@ PrintWatcher::PrintWatcher() : m_theHandle(std::make_shared<std::atomic<PrintWat
 
 PrintWatcher::PrintWatcher(const PrintWatcher&) : PrintWatcher() {}
 
-PrintWatcher::~PrintWatcher() { m_theHandle->store(nullptr, std::memory_order_release); }
+PrintWatcher::~PrintWatcher() {
+  m_theHandle->store(nullptr, std::memory_order_release);
+  Print::m_theWatcherEpoch.fetch_add(1, std::memory_order_relaxed);
+}
+
+std::atomic<std::uint64_t> Print::m_theWatcherEpoch{0};
 
 void Print::emit(int printType, const std::string& message) {
   PrintWatcher* watcher = innermostLiveWatcher();
@@ -108,6 +113,7 @@ void Print::emit(int printType, const std::string& message) {
 }
 
 void Print::raiseWatcher(PrintWatcher& watcher) {
+  m_theWatcherEpoch.fetch_add(1, std::memory_order_relaxed);
   std::vector<WatcherHandle>& watchers = threadWatchers();
   for (auto entry = watchers.begin(); entry != watchers.end(); ++entry) {
     if (*entry != watcher.m_theHandle) continue;
@@ -118,6 +124,7 @@ void Print::raiseWatcher(PrintWatcher& watcher) {
 }
 
 void Print::dropWatcher(PrintWatcher& watcher) {
+  m_theWatcherEpoch.fetch_add(1, std::memory_order_relaxed);
   std::vector<WatcherHandle>& watchers = threadWatchers();
   for (auto entry = watchers.begin(); entry != watchers.end(); ++entry) {
     if (*entry == watcher.m_theHandle) {

@@ -2,6 +2,7 @@
 #define ZR_PRINT_H
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -99,9 +100,15 @@ class Print {
   void dropWatcher(PrintWatcher& watcher);
   // The innermost watcher of the calling thread, or null.
   const PrintWatcher* innermostWatcher() const;
+  // Changes whenever a watcher is raised, dropped or destroyed, on any thread: an owner that found its
+  // watcher innermost on a thread, and sees the same figure later on that thread, knows it still is
+  // without looking (a look costs a thread-local access; a reader asks once per item it reads).
+  static std::uint64_t watcherEpoch() { return m_theWatcherEpoch.load(std::memory_order_relaxed); }
 
  private:
   Print() = default;
+  friend class PrintWatcher;
+  static std::atomic<std::uint64_t> m_theWatcherEpoch;
   // The sink is called under the lock: messages of several threads reach it one at a time, whole.
   std::recursive_mutex m_theSinkLock;  // recursive: a sink may itself print
   PrintSink m_theSink;

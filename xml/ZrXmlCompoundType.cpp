@@ -39,7 +39,8 @@ struct ZrXmlCompoundType::RegistrationSession {
   RegistrationSession* outer;
 };
 
-thread_local ZrXmlCompoundType::RegistrationSession* ZrXmlCompoundType::m_theInnermostSession = nullptr;
+thread_local ZrXmlCompoundType::RegistrationSession* ZrXmlCompoundType::m_theInnermostSession
+    __attribute__((tls_model("initial-exec"))) = nullptr;
 
 ZrXmlCompoundType::ZrXmlCompoundType() = default;
 

@@ -120,7 +120,9 @@ class ZrXmlCompoundType : public ZrXmlObject {
   template <class Function>
   void forEachMark(Function function) const;
 
-  static thread_local RegistrationSession* m_theInnermostSession;  // each thread registers on its own
+  // Each thread registers on its own. Every registration call looks at it, so it is reached the short
+  // way (initial-exec: the library is loaded with the program, or early enough for a pointer's room).
+  static thread_local RegistrationSession* m_theInnermostSession __attribute__((tls_model("initial-exec")));
 
   // A look-up through the table found no element registrations: the component map would have been
   // created empty by it, which operator== can tell from no map at all. Declared first, it sits beside the

@@ -240,10 +240,20 @@ void ZrXmlReader::stopRead() {
 
 // Every readXml() comes here: the watcher is raised only when another reader (or none) is the one
 // watched on this thread.
+// Nothing raised, dropped or destroyed since this reader was found innermost on this same thread: it
+// still is, and the thread's list need not be looked at.
 inline void ZrXmlReader::becomeReadingReader() {
-  static Zr::Print& print = Zr::Print::instance();
+  if (Zr::Print::watcherEpoch() == m_theWatcher.epoch && pthread_equal(pthread_self(), m_theWatcher.thread)) return;
+  raiseWatcher();
+}
+
+void ZrXmlReader::raiseWatcher() {
+  const pthread_t thread = pthread_self();
+  Zr::Print& print = Zr::Print::instance();
   if (!m_theWatcher.watcher) m_theWatcher.watcher.reset(new FaultWatcher(*this));
   if (print.innermostWatcher() != m_theWatcher.watcher.get()) print.raiseWatcher(*m_theWatcher.watcher);
+  m_theWatcher.epoch = Zr::Print::watcherEpoch();
+  m_theWatcher.thread = thread;
 }
 
 bool ZrXmlReader::FaultWatcher::observe(int printType, const std::string& message) {

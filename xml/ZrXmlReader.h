@@ -3,6 +3,7 @@
 
 #include <ZrToken.h>
 #include <ZrPrint.h>
+#include <pthread.h>
 #include <ZrTypes.h>
 #include <ZrXmlFault.h>
 #include <ZrXmlFileReader.h>
@@ -285,6 +286,7 @@ class ZrXmlReader {
   void includeError(const char* what, const std::string& name);
   // Makes this reader the one whose faults the print facility reports to on the calling thread.
   void becomeReadingReader();
+  void raiseWatcher();
   // Hears every message printed on the thread while this reader is the one reading; says whether it is
   // printed.
   class FaultWatcher : public Zr::PrintWatcher {
@@ -331,6 +333,9 @@ class ZrXmlReader {
   // costs nothing.
   struct OwnWatcher {
     std::unique_ptr<FaultWatcher> watcher;
+    // The watcher was found innermost on this thread at this epoch of the print facility.
+    std::uint64_t epoch = ~std::uint64_t(0);
+    pthread_t thread{};
     OwnWatcher() = default;
     OwnWatcher(const OwnWatcher&) {}
     OwnWatcher& operator=(const OwnWatcher&) { return *this; }

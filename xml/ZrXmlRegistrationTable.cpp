@@ -23,8 +23,8 @@ std::mutex& tablesLock() {
 
 // The class find() answered last on this thread, and its table: objects of one class mostly come in a
 // row, and the answer needs no lock.
-thread_local const std::type_info* theLastType = nullptr;
-thread_local ZrXmlRegistrationTable* theLastTable = nullptr;
+thread_local const std::type_info* theLastType __attribute__((tls_model("initial-exec"))) = nullptr;
+thread_local ZrXmlRegistrationTable* theLastTable __attribute__((tls_model("initial-exec"))) = nullptr;
 
 // The first item whose token text is not less than the text, in items sorted by token text.
 template <class Items>
