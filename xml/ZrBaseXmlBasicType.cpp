@@ -3,8 +3,6 @@
 #include "ZrXmlObjectVisitor.h"
 #include "ZrXmlReader.h"
 
-#include <ZrPrint.h>
-
 namespace {
 // The reader's modes that matter when a value fetches its text.
 const int startTagMode = 1;
@@ -42,9 +40,3 @@ bool ZrBaseXmlBasicType::elementText(ZrXmlReader& reader, std::string& text) {
   }
 }
 
-bool ZrBaseXmlBasicType::checksValues(const ZrXmlReader& reader) { return reader.options().checkValues(); }
-
-void ZrBaseXmlBasicType::reportFaultyValue(ZrXmlReader& reader, bool attribute, const std::string& name,
-                                           const std::string& text, const char* typeName) {
-  reader.reportFaultyValue(attribute, name, text, typeName);
-}

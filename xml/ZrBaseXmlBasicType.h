@@ -23,13 +23,6 @@ class ZrBaseXmlBasicType : public ZrXmlObject {
   // whose content or end tag gives the text. Anything else means the element holds no data: the
   // result is false and the text is empty.
   static bool elementText(ZrXmlReader& reader, std::string& text);
-
-  // Checked values (a read setting, off by default): reports a text that is not a whole value of its
-  // type, naming the element or attribute, the text and the type. The value stored is what the forgiving
-  // conversion gave; only the report is new.
-  static bool checksValues(const ZrXmlReader& reader);
-  static void reportFaultyValue(ZrXmlReader& reader, bool attribute, const std::string& name, const std::string& text,
-                                const char* typeName);
 };
 
 template <class T>

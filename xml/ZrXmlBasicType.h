@@ -236,10 +236,10 @@ ZrBoolean ZrXmlBasicType<T>::read(ZrXmlReader& reader) {
   if (!result) return result;
   std::string text;
   if (elementText(reader, text)) {
-    if (!checksValues(reader)) {
+    if (!reader.checkValues()) {
       setValueFromString(text);
     } else if (!setCheckedValueFromString(text)) {
-      reportFaultyValue(reader, false, reader.element().tokenText(), text, ZrXmlValueText::typeName<T>());
+      reader.reportFaultyValue(false, reader.element().tokenText(), text, ZrXmlValueText::typeName<T>());
     }
     return true;
   }
@@ -256,13 +256,13 @@ ZrBoolean ZrXmlBasicType<T>::readAttribute(ZrXmlReader& reader) {
   ZrBoolean result = readBaseOf<ZrXmlBasicType>(reader);
   if (!result) return result;
   if (reader.remainingNumOfAttributes() != 0) {
-    if (!checksValues(reader)) {
+    if (!reader.checkValues()) {
       setValueFromString(reader.attributeValue());
     } else {
       const ZrToken name = reader.attributeName();
       const std::string& text = reader.attributeValue();
       if (!setCheckedValueFromString(text))
-        reportFaultyValue(reader, true, name.tokenText(), text, ZrXmlValueText::typeName<T>());
+        reader.reportFaultyValue(true, name.tokenText(), text, ZrXmlValueText::typeName<T>());
     }
   } else {
     Zr::Print::instance().write(Zr::PrintError,
@@ -340,7 +340,7 @@ ZrBoolean ZrXmlBasicType<T>::setCheckedValueFromString(const std::string& text) 
 // of the base's bookkeeping could apply, and the word is parsed straight from the view.
 template <class T>
 long ZrXmlBasicType<T>::readWords(ZrXmlReader& reader, std::vector<ZrXmlBasicType>& elements) {
-  if (checksValues(reader)) return readCheckedWords(reader, elements);
+  if (reader.checkValues()) return readCheckedWords(reader, elements);
   const ZrXmlValueText::WordParser<T> parse{};
   long count = 0;
   for (std::string_view word = reader.nextContentWord(); !word.empty(); word = reader.nextContentWord()) {
@@ -362,7 +362,7 @@ long ZrXmlBasicType<T>::readCheckedWords(ZrXmlReader& reader, std::vector<ZrXmlB
     element.setReadFlags();
     text.assign(word.data(), word.size());
     if (!element.setCheckedValueFromString(text))
-      reportFaultyValue(reader, false, name, text, ZrXmlValueText::typeName<T>());
+      reader.reportFaultyValue(false, name, text, ZrXmlValueText::typeName<T>());
     ++count;
   }
   return count;

@@ -215,8 +215,8 @@ ZrBoolean ZrXmlEnumType<T>::readName(ZrXmlReader& reader, bool found, const std:
         << "\n\tLine: " << reader.lineCountOfFile() << '\n';
   }
   const ZrBoolean known = findEnumString(name, m_theValue);
-  if (found && !known && checksValues(reader))
-    reportFaultyValue(reader, false, reader.element().tokenText(), name, "enumeration (a name of its table)");
+  if (found && !known && reader.checkValues())
+    reader.reportFaultyValue(false, reader.element().tokenText(), name, "enumeration (a name of its table)");
   return known;
 }
 

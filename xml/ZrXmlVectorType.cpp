@@ -36,12 +36,7 @@ long ZrXmlContainerLayout::sizeAttribute(ZrXmlReader& reader) {
     const char* end = nullptr;
     size = ZrSTRING2LONG(first, &end);
     const bool count = end != first && size >= 0 && end == first + value.size();
-    if (!count && reader.options().checkValues()) {
-      Zr::Print::instance().write(Zr::PrintError,
-                                  "ZrXmlContainer Error: value not valid.\n\tAttribute size holds \"%s\", which is "
-                                  "not a count of elements.\n\tFile: %s\n\tLine: %d\n",
-                                  value.c_str(), reader.filename().c_str(), reader.lineCountOfFile());
-    }
+    if (!count && reader.checkValues()) reader.reportFaultyValue(true, "size", value, "count of elements");
   }
   for (ZrU32 remaining = after; remaining != 0; --remaining) reader.attributeValue();
   return size;
