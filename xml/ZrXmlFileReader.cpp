@@ -307,6 +307,62 @@ char quoteAfter(std::string_view text, char quote, bool& suspect, std::size_t re
   return quote;
 }
 
+// The ASCII name characters of XML, for strict mode's pass over a clean start tag (readCleanStartTag);
+// every other byte, those above 127 among them, ends a name there and sends the tag the long way.
+enum CleanNameClass : unsigned char { CleanNameStart = 1, CleanNamePart = 2, CleanNameColon = 4 };
+
+constexpr std::array<unsigned char, 256> makeCleanNameTable() {
+  std::array<unsigned char, 256> table{};
+  for (int c = 0; c < 128; ++c) {
+    const bool start = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+    const bool part = start || (c >= '0' && c <= '9') || c == '-' || c == '.';
+    table[static_cast<std::size_t>(c)] =
+        static_cast<unsigned char>((start ? CleanNameStart : 0) | (part ? CleanNamePart : 0) | (c == ':' ? CleanNameColon : 0));
+  }
+  return table;
+}
+
+constexpr std::array<unsigned char, 256> theCleanNameTable = makeCleanNameTable();
+
+inline unsigned char cleanNameClass(char c) { return theCleanNameTable[static_cast<unsigned char>(c)]; }
+
+// A qualified name of ASCII name characters at `at`: its end (the first byte that is no name character),
+// with the position of its ':' in `colon` (npos for none); null when it is no such name (empty, a bad
+// first character, a ':' at its end, before a bad character or after another ':').
+inline const char* scanCleanName(const char* at, const char* end, std::size_t& colon) {
+  const char* const begin = at;
+  colon = std::string_view::npos;
+  if (at == end || !(cleanNameClass(*at) & CleanNameStart)) return nullptr;
+  for (++at; at < end; ++at) {
+    const unsigned char charClass = cleanNameClass(*at);
+    if (charClass & CleanNamePart) continue;
+    if (!(charClass & CleanNameColon)) break;
+    if (colon != std::string_view::npos || at + 1 == end || !(cleanNameClass(at[1]) & CleanNameStart)) return nullptr;
+    colon = static_cast<std::size_t>(at - begin);
+  }
+  return at;
+}
+
+// The first `quote`, '<' or '&' of an attribute value that starts at `at` and ends at the latest at
+// `end`; null when there is none before `end`. Sixteen bytes at a time while the buffer, which ends at
+// `readable`, holds them.
+inline const char* findValueStop(const char* at, const char* end, const char* readable, char quote) {
+#ifdef __SSE2__
+  for (; at < end && readable - at >= 16; at += 16) {
+    const unsigned hits = matchesInSixteen(at, quote) | matchesInSixteen(at, '<') | matchesInSixteen(at, '&');
+    if (hits == 0) continue;
+    const char* const hit = at + __builtin_ctz(hits);
+    return hit < end ? hit : nullptr;
+  }
+#endif
+  for (; at < end; ++at)
+    if (*at == quote || *at == '<' || *at == '&') return at;
+  return nullptr;
+}
+
+// What readCleanStartTag returns for a tag it leaves to the long way.
+const int theNotClean = -1;
+
 // ---- references (expanded only when the reader is told to) ----
 
 // The characters a reference's name or number is made of; anything else ends it.
@@ -1112,30 +1168,33 @@ int ZrXmlFileReader::nextEvent() {
     }
 
     std::size_t close = findCharSoon('>', m_theReadIndex);
-    // An end tag holds no quoted value: its first '>' ends it.
-    if (m_theChecker && close != npos && m_theReadBuffer[m_theReadIndex] != '/') close = strictTagEnd(close);
-    if (close == npos) {
-      consumeTo(m_theReadBuffer.size());
-      if (!m_theElementStack.empty()) warnMessage("file not well formed.\n\tEOF found before end of tag.");
-      return 0;
-    }
-    std::string_view tag(m_theReadBuffer.data() + m_theReadIndex, close - m_theReadIndex);
-    consumeTo(close + 1);
+    int type = m_theChecker && close != npos ? readCleanStartTag(close) : theNotClean;
+    if (type == theNotClean) {
+      // An end tag holds no quoted value: its first '>' ends it.
+      if (m_theChecker && close != npos && m_theReadBuffer[m_theReadIndex] != '/') close = strictTagEnd(close);
+      if (close == npos) {
+        consumeTo(m_theReadBuffer.size());
+        if (!m_theElementStack.empty()) warnMessage("file not well formed.\n\tEOF found before end of tag.");
+        return 0;
+      }
+      std::string_view tag(m_theReadBuffer.data() + m_theReadIndex, close - m_theReadIndex);
+      consumeTo(close + 1);
 
-    const bool markup = !tag.empty() && (tag[0] == '!' || tag[0] == '?');
-    if (m_theChecker && markup && checkStrictMarkup(tag, atDocumentStart, contentRead)) continue;
-    // Only a comment ("!--") or a declaration ('?') is skipped: other tags are not handed over.
-    if (markup && skipCommentOrDeclaration(tag, nullptr)) continue;
+      const bool markup = !tag.empty() && (tag[0] == '!' || tag[0] == '?');
+      if (m_theChecker && markup && checkStrictMarkup(tag, atDocumentStart, contentRead)) continue;
+      // Only a comment ("!--") or a declaration ('?') is skipped: other tags are not handed over.
+      if (markup && skipCommentOrDeclaration(tag, nullptr)) continue;
 
-    int type = classifyTag(tag);
-    if (type == 5) {
-      warnMessage("file not well formed.\n\tTag contains only white space.");
-      if (m_theSearchingEndTag) continue;  // already searching: no nested search
-      m_theSearchingEndTag = true;
-      bool found = nextMatchingEndTag();
-      m_theSearchingEndTag = false;
-      type = found ? 0 : 5;
-      if (found && !m_theElementStack.empty() && !m_theResumeFilename.empty()) reportSkippedRest();
+      type = classifyTag(tag);
+      if (type == 5) {
+        warnMessage("file not well formed.\n\tTag contains only white space.");
+        if (m_theSearchingEndTag) continue;  // already searching: no nested search
+        m_theSearchingEndTag = true;
+        bool found = nextMatchingEndTag();
+        m_theSearchingEndTag = false;
+        type = found ? 0 : 5;
+        if (found && !m_theElementStack.empty() && !m_theResumeFilename.empty()) reportSkippedRest();
+      }
     }
     if (contentRead) {
       if (type == 2) {
@@ -1252,6 +1311,73 @@ void ZrXmlFileReader::warnMessageAtOffset(const char* what, std::size_t offset) 
     line += countLineFeeds(m_theReadBuffer.data() + m_theReadIndex, m_theReadBuffer.data() + offset);
   Zr::Print::instance().write(Zr::PrintError, "ZrXmlFileReader Error: %s\n\tFile: %s\n\tLine: %lld\n", what,
                               m_theFilename.c_str(), static_cast<long long>(line));
+}
+
+// Strict mode's start tag in one pass, when it is clean: names that are qualified names of ASCII name
+// characters, white space before every attribute, each value quoted and closed before the first '>', no
+// '<' in a value and no attribute name written twice. Such a tag ends at its first '>' and needs none of
+// the checks of its characters that other tags get; it is read as parseStartTag reads it, and the checker
+// is left what depends on the declarations in scope. Any other tag is left alone, nothing consumed, and
+// theNotClean returned: it goes the long way, whose reports say what is wrong with it.
+int ZrXmlFileReader::readCleanStartTag(std::size_t close) {
+  const char* const begin = m_theReadBuffer.data() + m_theReadIndex;
+  const char* end = m_theReadBuffer.data() + close;
+  std::size_t nameColon;
+  const char* at = scanCleanName(begin, end, nameColon);
+  if (!at) return theNotClean;
+  const std::string_view name(begin, static_cast<std::size_t>(at - begin));
+  const bool empty = end[-1] == '/';
+  if (empty) --end;
+  const char* const readable = m_theReadBuffer.data() + m_theReadBuffer.size();
+  ZrXmlWellFormednessChecker::CleanAttribute* const attributes = m_theChecker->cleanAttributes();
+  std::size_t count = 0;
+  bool declares = false, prefixed = false, references = false;
+  while (at < end) {
+    if (!isWhite(*at)) return theNotClean;
+    do ++at;
+    while (at < end && isWhite(*at));
+    if (at == end) break;
+    std::size_t colon;
+    const char* const nameEnd = scanCleanName(at, end, colon);
+    if (!nameEnd || count == ZrXmlWellFormednessChecker::theCleanAttributeLimit) return theNotClean;
+    const std::string_view attribute(at, static_cast<std::size_t>(nameEnd - at));
+    for (at = nameEnd; at < end && isWhite(*at);) ++at;
+    if (at == end || *at != '=') return theNotClean;
+    do ++at;
+    while (at < end && isWhite(*at));
+    if (at == end || (*at != '"' && *at != '\'')) return theNotClean;
+    const char* quote = findValueStop(at + 1, end, readable, *at);
+    for (; quote && *quote == '&'; quote = findValueStop(quote + 1, end, readable, *at)) references = true;
+    if (!quote || *quote == '<') return theNotClean;
+    for (std::size_t i = 0; i < count; ++i)
+      if (Zr::textEqual(attributes[i].name, attribute)) return theNotClean;
+    attributes[count++] = {attribute, std::string_view(at + 1, static_cast<std::size_t>(quote - at - 1)), colon};
+    if (attribute[0] == 'x' && startsWith(attribute, "xmlns") && (attribute.size() == 5 || attribute[5] == ':'))
+      declares = true;
+    else if (colon != std::string_view::npos)
+      prefixed = true;
+    at = quote + 1;
+  }
+
+  consumeTo(close + 1);
+  if (!mayOpenElement()) return 0;
+  pushElement();
+  if (m_theUnreadAttributes != 0) warnMessage("file possibly not valid.\n\tPrevious attribute names were not used.");
+  clearAttributes();
+  if (references) m_theAttributeText.reserve(static_cast<std::size_t>(end - begin));  // see addAttribute
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::string_view attribute = attributes[i].name;
+    if (attribute[0] == 'x' && startsWith(attribute, "xmlns"))
+      declareNamespace(attribute, attributes[i].value);
+    else if (attribute[0] != 'x' || !startsWith(attribute, "xsi:"))
+      addAttribute(attribute, attributes[i].colon + 1, attributes[i].value, references);  // npos + 1: no prefix
+  }
+  const std::string_view local = nameColon == std::string_view::npos ? name : name.substr(nameColon + 1);
+  assignNameIfChanged(m_theElementStack.back().element, SplitName{std::string_view(begin, 0), local, false, false});
+  if (m_theFreshEntry) m_theEntryBytes += nameBytes(name.size());
+  m_theNumOfAttributes = m_theUnreadAttributes;
+  m_theChecker->checkCleanStartTag(name, nameColon, m_theElementStack.size(), count, declares, prefixed);
+  return empty ? 3 : 1;
 }
 
 // The '>' that ends the markup beginning at the read index, given the first '>' after it: in strict mode
@@ -1548,7 +1674,8 @@ std::map<std::string, std::string> ZrXmlFileReader::namespacesInForce(std::size_
 
 // The first value of a name is kept. A tag's duplicates are looked for among its earlier attributes one by
 // one, and through a set once it has many, so a tag with a million attributes is still read in linear time.
-void ZrXmlFileReader::addAttribute(std::string_view name, std::size_t localOffset, std::string_view value) {
+void ZrXmlFileReader::addAttribute(std::string_view name, std::size_t localOffset, std::string_view value,
+                                   bool mayHoldReferences) {
   const std::string_view local = name.substr(localOffset);
   const std::size_t theFewAttributes = 16;
   if (m_theAttributeCount < theFewAttributes) {
@@ -1559,7 +1686,7 @@ void ZrXmlFileReader::addAttribute(std::string_view name, std::size_t localOffse
       for (std::size_t i = 0; i < m_theAttributeCount; ++i) m_theAttributeLocals.insert(m_theAttributeEntries[i].local());
     if (!m_theAttributeLocals.insert(local).second) return;
   }
-  if (expanding() && findShortFirst(value.data(), value.data() + value.size(), '&')) {
+  if (mayHoldReferences && expanding() && findShortFirst(value.data(), value.data() + value.size(), '&')) {
     // Reserved for the whole tag when it began, so the text held so far never moves, unless entities of
     // the document type made a value longer than it was written: then the values held move with it.
     m_theScratch.assign(value.data(), value.size());

@@ -340,6 +340,7 @@ class ZrXmlFileReader {
   void checkCharactersRead();
   void warnMessageAtOffset(const char* what, std::size_t offset) const;
   std::size_t strictTagEnd(std::size_t close);
+  int readCleanStartTag(std::size_t close);
   bool checkStrictMarkup(std::string_view tag, bool atDocumentStart, bool& contentRead);
   void addCdataSection(std::string_view text, bool& contentRead);
   void checkReferences(std::string_view text);
@@ -351,7 +352,9 @@ class ZrXmlFileReader {
   int readEndTag(std::string_view tag);
   bool parseStartTag(std::string_view text);
   void declareNamespace(std::string_view name, std::string_view uri);
-  void addAttribute(std::string_view name, std::size_t localOffset, std::string_view value);
+  // mayHoldReferences false: the caller saw no '&' in the value, which need not be looked at again.
+  void addAttribute(std::string_view name, std::size_t localOffset, std::string_view value,
+                    bool mayHoldReferences = true);
   void pushElement();
   void popElement();
   void withdrawDeclarations(std::map<std::string, std::string>& declarations);

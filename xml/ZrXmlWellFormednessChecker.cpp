@@ -511,23 +511,30 @@ void ZrXmlWellFormednessChecker::checkAttributes(std::size_t depth) {
 // Prefixed attribute names: each prefix declared, and no two names for one namespace and local name.
 // Namespaces are compared by their URIs' text, viewed where the declarations hold them.
 void ZrXmlWellFormednessChecker::checkPrefixedAttributes() {
-  std::vector<ExpandedName>& names = m_theExpandedNames;
-  names.clear();
+  m_theExpandedNames.clear();
   for (const auto& attribute : m_theAttributes) {
-    const std::string_view written = attribute.first;
-    const std::size_t colon = written.find(':');
-    if (colon == std::string_view::npos || isXmlnsAttribute(written)) continue;
-    const std::string_view prefix = written.substr(0, colon);
-    std::string_view uri = theXmlNamespace;
-    if (prefix != "xml") {
-      const Declaration* declaration = prefix == "xmlns" ? nullptr : declared(prefix);
-      if (!declaration || declaration->uri.empty()) report("Prefix not declared: " + std::string(prefix));
-      uri = declaration ? std::string_view(declaration->uri) : std::string_view();
-    }
-    names.push_back({uri, written.substr(colon + 1), written});
+    const std::size_t colon = attribute.first.find(':');
+    if (colon != std::string_view::npos && !isXmlnsAttribute(attribute.first)) addExpandedName(attribute.first, colon);
   }
+  reportExpandedTwice();
+}
+
+// A prefixed attribute name with the namespace its prefix stands for; an undeclared prefix is reported.
+void ZrXmlWellFormednessChecker::addExpandedName(std::string_view written, std::size_t colon) {
+  const std::string_view prefix = written.substr(0, colon);
+  std::string_view uri = theXmlNamespace;
+  if (prefix != "xml") {
+    const Declaration* declaration = prefix == "xmlns" ? nullptr : declared(prefix);
+    if (!declaration || declaration->uri.empty()) report("Prefix not declared: " + std::string(prefix));
+    uri = declaration ? std::string_view(declaration->uri) : std::string_view();
+  }
+  m_theExpandedNames.push_back({uri, written.substr(colon + 1), written});
+}
+
+// Names written alike are reported as such; these are names written differently for one attribute.
+void ZrXmlWellFormednessChecker::reportExpandedTwice() {
+  std::vector<ExpandedName>& names = m_theExpandedNames;
   if (names.size() < 2) return;
-  // Names written alike are reported as such; these are names written differently for one attribute.
   const auto less = [](const ExpandedName& one, const ExpandedName& other) {
     return one.local != other.local ? one.local < other.local : one.uri < other.uri;
   };
@@ -535,6 +542,50 @@ void ZrXmlWellFormednessChecker::checkPrefixedAttributes() {
   for (std::size_t i = 1; i < names.size(); ++i)
     if (names[i].local == names[i - 1].local && names[i].uri == names[i - 1].uri && names[i].written != names[i - 1].written)
       report("Attribute specified twice: " + std::string(names[i].written));
+}
+
+void ZrXmlWellFormednessChecker::checkCleanStartTag(std::string_view name, std::size_t colon, std::size_t depth,
+                                                    std::size_t count, bool declares, bool prefixed) {
+  const CleanAttribute* const attributes = m_theCleanAttributes;
+  if (depth == 1) {
+    if (m_theRootSeen) report("More than one root element: " + std::string(name));
+    m_theRootSeen = true;
+  }
+  if (declares) {
+    for (std::size_t i = 0; i < count; ++i) {
+      const std::string_view attribute = attributes[i].name;
+      if (!isXmlnsAttribute(attribute)) continue;
+      checkNamespaceDeclaration(attribute, attributes[i].value);
+      pushDeclaration(attribute.size() > 5 ? attribute.substr(6) : std::string_view(), attributes[i].value, depth);
+    }
+  }
+  if (prefixed) {
+    m_theExpandedNames.clear();
+    for (std::size_t i = 0; i < count; ++i)
+      if (attributes[i].colon != std::string_view::npos && !isXmlnsAttribute(attributes[i].name))
+        addExpandedName(attributes[i].name, attributes[i].colon);
+    // Few names: a look at each pair finds none twice far sooner than sorting them would.
+    bool twice = false;
+    const std::size_t names = m_theExpandedNames.size();
+    for (std::size_t i = 1; i < names && !twice; ++i)
+      for (std::size_t earlier = 0; earlier < i; ++earlier)
+        if (sameName(m_theExpandedNames[i].local, m_theExpandedNames[earlier].local) &&
+            m_theExpandedNames[i].uri == m_theExpandedNames[earlier].uri)
+          twice = true;
+    if (twice) reportExpandedTwice();
+  }
+  noteOpenName(name, colon, depth);
+}
+
+// The element's name, of a valid form, at its depth: its prefix declared, unless the element before it
+// at this depth bore the same plain name.
+void ZrXmlWellFormednessChecker::noteOpenName(std::string_view name, std::size_t colon, std::size_t depth) {
+  if (m_theOpenNames.size() < depth) m_theOpenNames.resize(depth);
+  OpenName& written = m_theOpenNames[depth - 1];
+  if (written.plain && sameText(name, written.name)) return;
+  if (colon != std::string_view::npos) checkPrefixDeclared(name.substr(0, colon));
+  if (!sameText(name, written.name)) written.name.assign(name.data(), name.size());
+  written.plain = colon == std::string_view::npos;
 }
 
 // A tag with more attributes than are compared pairwise: sorted, so that the check stays

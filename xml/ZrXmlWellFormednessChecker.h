@@ -59,6 +59,22 @@ class ZrXmlWellFormednessChecker {
     m_theAttributes.push_back({name, value, whiteBefore});
   }
   void checkStartTag(std::string_view tag, std::string_view name, std::size_t depth, bool suspect = true);
+  // A start tag the tokenizer found clean in its own pass: its element and attribute names are qualified
+  // names of ASCII name characters (`colon` is the position of a name's ':', npos for none), white space
+  // stands before every attribute, no value holds '<' and no name is written twice. What is left to check
+  // is what depends on the declarations in scope: namespace declarations, prefixes and attributes named
+  // twice through two prefixes of one namespace. Most tags of most documents are clean, and this spares
+  // them the look at every name's characters again.
+  struct CleanAttribute {
+    std::string_view name;
+    std::string_view value;
+    std::size_t colon;
+  };
+  static const std::size_t theCleanAttributeLimit = 16;  // a tag with more goes the long way
+  // Where the tokenizer puts a clean tag's attributes, kept here so that no tag initialises a list.
+  CleanAttribute* cleanAttributes() { return m_theCleanAttributes; }
+  void checkCleanStartTag(std::string_view name, std::size_t colon, std::size_t depth, std::size_t count,
+                          bool declares, bool prefixed);
   // An end tag's name.
   // An end tag's name, and the open-element stack's size before it closes anything. An end tag that
   // names its element as the start tag did needs no other look: that name was checked with its prefix.
@@ -104,6 +120,9 @@ class ZrXmlWellFormednessChecker {
   void popDeclaration();
   void checkXmlDeclaration(std::string_view text, bool atStart) const;
   void checkPrefixedAttributes();
+  void addExpandedName(std::string_view written, std::size_t colon);
+  void reportExpandedTwice();
+  void noteOpenName(std::string_view name, std::size_t colon, std::size_t depth);
   void checkManyAttributesOnce();
 
   const ZrXmlFileReader* m_theReader;
@@ -124,6 +143,7 @@ class ZrXmlWellFormednessChecker {
     bool whiteBefore;
   };
   std::vector<WrittenAttribute> m_theAttributes;
+  CleanAttribute m_theCleanAttributes[theCleanAttributeLimit];
   void checkAttributes(std::size_t depth);
   void checkOtherEndTag(std::string_view name, std::size_t depth);
   // The start tags' names as written, by depth, kept as spares: the elements of one depth mostly bear the
