@@ -537,6 +537,7 @@ void ZrXmlFileReader::copyFrom(const ZrXmlFileReader& other) {
   m_theTranscoder.reset(other.m_theTranscoder ? new ZrXmlEncodingTranscoder(*other.m_theTranscoder) : nullptr);
   m_theUtf16Unconfirmed = other.m_theUtf16Unconfirmed;
   m_theCheckedTo = other.m_theCheckedTo;
+  m_theBracketsBefore = other.m_theBracketsBefore;
   m_theExpandedBytes = other.m_theExpandedBytes;
   m_theExpansionStopped = other.m_theExpansionStopped;
   rebaseAttributes(other);
@@ -917,6 +918,7 @@ void ZrXmlFileReader::stopReading() {
   m_theReadBuffer.clear();
   m_theReadIndex = 0;
   m_theCheckedTo = 0;
+  m_theBracketsBefore = 0;
 }
 
 // Drops the consumed front of the buffer (once per block, never per token) and appends one block. Returns
@@ -929,6 +931,7 @@ bool ZrXmlFileReader::readBlock() {
     keepColumnOfDroppedFront();
     m_theReadBuffer.erase(0, m_theReadIndex);
     m_theCheckedTo = m_theCheckedTo > m_theReadIndex ? m_theCheckedTo - m_theReadIndex : 0;
+    m_theBracketsBefore = m_theBracketsBefore > m_theReadIndex ? m_theBracketsBefore - m_theReadIndex : 0;
     m_theReadIndex = 0;
     m_theLineCountedTo = 0;
     if (m_theReadBuffer.capacity() > theShrinkThreshold && m_theReadBuffer.size() < theBlockSize) {
@@ -1154,7 +1157,7 @@ int ZrXmlFileReader::nextEvent() {
     const bool atDocumentStart = !m_theMarkupSeen && text.empty();
     m_theMarkupSeen = true;
     consumeTo(open + 1);
-    if (m_theChecker && !text.empty()) m_theChecker->checkText(text);
+    if (m_theChecker && !text.empty() && mayHoldBracket(open - text.size(), open)) m_theChecker->checkText(text);
     if (!isAllWhite(text)) {
       if (m_theMode == 1) {
         // The content is trimmed when it ends, so its leading white space is never stored.
@@ -1301,6 +1304,7 @@ void ZrXmlFileReader::checkCharactersRead() {
   if (fault.at != std::string_view::npos)
     warnMessageAtOffset(("file not well formed.\n\t" + fault.what).c_str(), m_theCheckedTo + fault.at);
   m_theCheckedTo += checked;
+  if (fault.bracket) m_theBracketsBefore = m_theCheckedTo;
 }
 
 // A report about the character at `offset` in the read buffer, which may lie ahead of the read index:

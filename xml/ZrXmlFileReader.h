@@ -338,6 +338,10 @@ class ZrXmlFileReader {
   void confirmUtf16Declaration();
   void transcodeBlock(const char* bytes, std::size_t count, bool last);
   void checkCharactersRead();
+  // Whether the read buffer's characters [begin, end) may hold a ']': those not checked yet may.
+  bool mayHoldBracket(std::size_t begin, std::size_t end) const {
+    return begin < m_theBracketsBefore || end > m_theCheckedTo;
+  }
   void warnMessageAtOffset(const char* what, std::size_t offset) const;
   std::size_t strictTagEnd(std::size_t close);
   int readCleanStartTag(std::size_t close);
@@ -446,6 +450,8 @@ class ZrXmlFileReader {
   std::string m_theTranscoded;    // a block in UTF-8, on its way into the read buffer
   bool m_theUtf16Unconfirmed = false;  // a UTF-16 document whose declaration is still to be compared
   std::size_t m_theCheckedTo = 0;  // the read buffer's characters before it were checked (strict mode)
+  // The checked characters from this offset of the read buffer on hold no ']' (strict mode).
+  std::size_t m_theBracketsBefore = 0;
   mutable std::uint64_t m_theExpandedBytes = 0;
   mutable bool m_theExpansionStopped = false;
   mutable std::string m_theExpansion;  // text whose references grew it while they were expanded

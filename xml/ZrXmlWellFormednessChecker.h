@@ -41,6 +41,7 @@ class ZrXmlWellFormednessChecker {
   struct CharacterFault {
     std::size_t at = std::string_view::npos;  // where in the text; npos for none
     std::string what;
+    bool bracket = false;  // the bytes checked hold a ']' (or may), fault or not
   };
   // The bytes of the document as they are read, each once: UTF-8 sequences and the characters XML
   // allows. Returns how many were checked: a character cut at the end waits for the next block unless
