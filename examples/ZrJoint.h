@@ -2,7 +2,7 @@
 #define ZR_JOINT_H
 
 #include <ZrXmlBasicType.h>
-#include <ZrXmlCompoundType.h>
+#include <ZrXmlCompound.h>
 
 // One revolute joint of a robot arm: the axis it turns about and its travel limits.
 //
@@ -12,17 +12,14 @@
 //     <upper>2.96706</upper>
 //   </shoulder>
 //
-// The pattern every persistent class follows: members are value objects, registerComponents()
-// names them, and clone / newObject / equality / token complete the object interface.
-class ZrJoint : public ZrXmlCompoundType {
+// The robot names each joint by its role (shoulder, elbow, wrist); "joint" is the class's own element
+// name, which the schema and the value list use.
+class ZrJoint : public ZrXmlCompound<ZrJoint> {
  public:
   ZrJoint() = default;
   ZrJoint(char axis, double lowerRadians, double upperRadians, double maxSpeed);
 
-  ZrXmlObject* clone() const override { return new ZrJoint(*this); }
-  ZrXmlObject* newObject() const override { return new ZrJoint(); }
-  ZrBoolean equality(const ZrXmlObject* other) const override;
-  ZrToken token() const override;
+  static ZrToken classToken();
 
   char axis() const { return m_theAxis.value(); }
   const ZrAngle& lower() const { return m_theLower.value(); }
