@@ -12,8 +12,8 @@
 //     <upper>2.96706</upper>
 //   </shoulder>
 //
-// The robot names each joint by its role (shoulder, elbow, wrist); "joint" is the class's own element
-// name, which the schema and the value list use.
+// In a robot's document a joint is named by its role (shoulder, elbow, wrist), under which the robot
+// registers it; "joint", the class's own element name, names a joint saved as a document of its own.
 class ZrJoint : public ZrXmlCompound<ZrJoint> {
  public:
   ZrJoint() = default;

@@ -39,7 +39,7 @@ class ZrRobot : public ZrXmlCompound<ZrRobot> {
   ZrRobot();
   ZrRobot(const std::string& name, unsigned serial);
 
-  // "robot": the cell names each robot by its role (loader, welder).
+  // "robot" names a robot saved as a document of its own; in a cell it is named by its role (loader, welder).
   static ZrToken classToken();
 
   const std::string& name() const { return m_theName.value(); }
