@@ -4,7 +4,7 @@
 #include "ZrMotor.h"
 
 #include <ZrXmlBasicType.h>
-#include <ZrXmlCompoundType.h>
+#include <ZrXmlCompound.h>
 #include <ZrXmlMapType.h>
 #include <ZrXmlPairType.h>
 #include <ZrXmlVectorType.h>
@@ -24,19 +24,13 @@
 //       <element><key>1</key><value name="spare" direction="forward">...</value></element>
 //     </spares>
 //   </conveyorLine>
-class ZrConveyorLine : public ZrXmlCompoundType {
+class ZrConveyorLine : public ZrXmlCompound<ZrConveyorLine> {
  public:
-  typedef ZrXmlVectorType<ZrMotor> Motors;
-  typedef ZrXmlMapType<ZrXmlBasicType<int>, ZrMotor> Spares;
-  typedef ZrXmlPairType<ZrXmlBasicType<int>, ZrXmlBasicType<std::string>> Label;
+  typedef ZrXmlVectorType<ZrMotor> Motors;                    // <motors size="2"><element name="infeed" ...>
+  typedef ZrXmlMapType<ZrXmlBasicType<int>, ZrMotor> Spares;  // <spares><element><key>1</key><value ...>
+  typedef ZrXmlPairType<ZrXmlBasicType<int>, ZrXmlBasicType<std::string>> Label;  // number and name
 
-  // The root element's token: "conveyorLine" in the cell namespace.
-  static ZrToken rootToken();
-
-  ZrXmlObject* clone() const override { return new ZrConveyorLine(*this); }
-  ZrXmlObject* newObject() const override { return new ZrConveyorLine(); }
-  ZrBoolean equality(const ZrXmlObject* other) const override;
-  ZrToken token() const override { return rootToken(); }
+  static ZrToken classToken() { return ZrCell::element("conveyorLine"); }
 
   Motors& motors() { return m_theMotors; }
   const Motors& motors() const { return m_theMotors; }
@@ -46,7 +40,11 @@ class ZrConveyorLine : public ZrXmlCompoundType {
   const Label& label() const { return m_theLabel; }
 
  protected:
-  void registerComponents() override;
+  void registerComponents() override {
+    registerComponent(ZrCell::element("motors"), &m_theMotors);
+    registerComponent(ZrCell::element("spares"), &m_theSpares);
+    registerComponent(ZrCell::element("label"), &m_theLabel);
+  }
 
  private:
   Motors m_theMotors;

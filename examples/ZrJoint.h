@@ -2,7 +2,7 @@
 #define ZR_JOINT_H
 
 #include <ZrXmlBasicType.h>
-#include <ZrXmlCompoundType.h>
+#include <ZrXmlCompound.h>
 
 // One revolute joint of a robot arm: the axis it turns about and its travel limits.
 //
@@ -12,17 +12,14 @@
 //     <upper>2.96706</upper>
 //   </shoulder>
 //
-// The pattern every persistent class follows: members are value objects, registerComponents()
-// names them, and clone / newObject / equality / token complete the object interface.
-class ZrJoint : public ZrXmlCompoundType {
+// In a robot's document a joint is named by its role (shoulder, elbow, wrist), under which the robot
+// registers it; "joint", the class's own element name, names a joint saved as a document of its own.
+class ZrJoint : public ZrXmlCompound<ZrJoint> {
  public:
   ZrJoint() = default;
   ZrJoint(char axis, double lowerRadians, double upperRadians, double maxSpeed);
 
-  ZrXmlObject* clone() const override { return new ZrJoint(*this); }
-  ZrXmlObject* newObject() const override { return new ZrJoint(); }
-  ZrBoolean equality(const ZrXmlObject* other) const override;
-  ZrToken token() const override;
+  static ZrToken classToken();
 
   char axis() const { return m_theAxis.value(); }
   const ZrAngle& lower() const { return m_theLower.value(); }

@@ -1,8 +1,10 @@
 #ifndef ZR_MOTOR_H
 #define ZR_MOTOR_H
 
+#include "ZrCellNamespace.h"
+
 #include <ZrXmlBasicType.h>
-#include <ZrXmlCompoundType.h>
+#include <ZrXmlCompound.h>
 #include <ZrXmlEnumType.h>
 
 #include <string>
@@ -15,18 +17,16 @@
 //     <hours>1200</hours>
 //     <power>0.75</power>
 //   </element>
-class ZrMotor : public ZrXmlCompoundType {
+class ZrMotor : public ZrXmlCompound<ZrMotor> {
  public:
   enum class Direction { forward, reverse };
+  friend ZrXmlEnumNames<Direction> zrXmlEnumNames(Direction) {  // the names, once for the type
+    return {{Direction::forward, "forward"}, {Direction::reverse, "reverse"}};
+  }
 
-  ZrMotor();
+  ZrMotor() = default;
   ZrMotor(const std::string& name, float power, long hours, Direction direction);
-
-  // The four operations every persistent class completes its interface with.
-  ZrXmlObject* clone() const override { return new ZrMotor(*this); }
-  ZrXmlObject* newObject() const override { return new ZrMotor(); }
-  ZrBoolean equality(const ZrXmlObject* other) const override;
-  ZrToken token() const override;
+  static ZrToken classToken() { return ZrCell::element("motor"); }
 
   const std::string& name() const { return m_theName.value(); }
   float power() const { return m_thePower.value(); }  // kilowatts
@@ -34,7 +34,12 @@ class ZrMotor : public ZrXmlCompoundType {
   Direction direction() const { return m_theDirection.value(); }
 
  protected:
-  void registerComponents() override;
+  void registerComponents() override {  // the members, by the names they have in documents
+    registerAttributeComponent(ZrCell::attribute("name"), &m_theName);
+    registerAttributeComponent(ZrCell::attribute("direction"), &m_theDirection);
+    registerComponent(ZrCell::element("power"), &m_thePower);
+    registerComponent(ZrCell::element("hours"), &m_theHours);
+  }
 
  private:
   ZrXmlBasicType<std::string> m_theName;

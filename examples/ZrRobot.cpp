@@ -28,14 +28,4 @@ void ZrRobot::registerComponents() {
   registerComponent(ZrCell::element("workspace"), &m_theWorkspace);
 }
 
-ZrBoolean ZrRobot::equality(const ZrXmlObject* other) const {
-  const ZrRobot* robot = dynamic_cast<const ZrRobot*>(other);
-  return robot && m_theName == robot->m_theName && m_theSerial == robot->m_theSerial &&
-         m_theMode == robot->m_theMode && m_theMass == robot->m_theMass && m_thePayload == robot->m_thePayload &&
-         m_thePriority == robot->m_thePriority && m_theShoulder.equality(&robot->m_theShoulder) &&
-         m_theElbow.equality(&robot->m_theElbow) && m_theWrist.equality(&robot->m_theWrist) &&
-         m_theBase == robot->m_theBase && m_theTool == robot->m_theTool && m_thePath == robot->m_thePath &&
-         m_theWorkspace == robot->m_theWorkspace;
-}
-
-ZrToken ZrRobot::token() const { return ZrCell::element("robot"); }
+ZrToken ZrRobot::classToken() { return ZrCell::element("robot"); }

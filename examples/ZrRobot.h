@@ -4,7 +4,7 @@
 #include "ZrJoint.h"
 
 #include <ZrXmlBasicType.h>
-#include <ZrXmlCompoundType.h>
+#include <ZrXmlCompound.h>
 #include <ZrXmlEnumType.h>
 #include <ZrXmlOrientation.h>
 #include <ZrXmlPairType.h>
@@ -32,17 +32,15 @@
 //
 // Older documents called the mass "weight": that name is still read (into the same member) but never
 // written, which is what a read-only registration is for.
-class ZrRobot : public ZrXmlCompoundType {
+class ZrRobot : public ZrXmlCompound<ZrRobot> {
  public:
   enum OperatingMode { MANUAL = 0, AUTOMATIC = 1, MAINTENANCE = 2 };
 
   ZrRobot();
   ZrRobot(const std::string& name, unsigned serial);
 
-  ZrXmlObject* clone() const override { return new ZrRobot(*this); }
-  ZrXmlObject* newObject() const override { return new ZrRobot(); }
-  ZrBoolean equality(const ZrXmlObject* other) const override;
-  ZrToken token() const override;
+  // "robot" names a robot saved as a document of its own; in a cell it is named by its role (loader, welder).
+  static ZrToken classToken();
 
   const std::string& name() const { return m_theName.value(); }
   unsigned serial() const { return m_theSerial.value(); }

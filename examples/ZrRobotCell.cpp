@@ -5,7 +5,7 @@
 // A new cell is stamped with the document format version this code writes.
 ZrRobotCell::ZrRobotCell() : m_theVersion(std::string(ZrXml::codeBaseVersion)) {}
 
-ZrToken ZrRobotCell::rootToken() { return ZrCell::element("robotCell"); }
+ZrToken ZrRobotCell::classToken() { return ZrCell::element("robotCell"); }
 
 // The root also takes the "version" attribute that every document's root carries.
 void ZrRobotCell::registerComponents() {
@@ -20,14 +20,4 @@ void ZrRobotCell::registerComponents() {
   registerComponent(ZrCell::element("stations"), &m_theStations);
   registerComponent(ZrCell::element("shifts"), &m_theShifts);
   registerComponent(ZrCell::element("speedProfiles"), &m_theSpeedProfiles);
-}
-
-ZrBoolean ZrRobotCell::equality(const ZrXmlObject* other) const {
-  const ZrRobotCell* cell = dynamic_cast<const ZrRobotCell*>(other);
-  return cell && m_theVersion == cell->m_theVersion && m_theName == cell->m_theName &&
-         m_theCycleTime == cell->m_theCycleTime && m_theEnabled == cell->m_theEnabled &&
-         m_theOperators == cell->m_theOperators && m_theLoader.equality(&cell->m_theLoader) &&
-         m_theWelder.equality(&cell->m_theWelder) && m_theParameters == cell->m_theParameters &&
-         m_theStations == cell->m_theStations && m_theShifts == cell->m_theShifts &&
-         m_theSpeedProfiles == cell->m_theSpeedProfiles;
 }

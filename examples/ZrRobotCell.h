@@ -4,7 +4,7 @@
 #include "ZrRobot.h"
 
 #include <ZrXmlBasicType.h>
-#include <ZrXmlCompoundType.h>
+#include <ZrXmlCompound.h>
 #include <ZrXmlMapType.h>
 #include <ZrXmlPairType.h>
 #include <ZrXmlSetType.h>
@@ -33,17 +33,12 @@
 //     <stations size="3"><group>4 7 12</group></stations>
 //     <welder name="Welder" serial="40233">...</welder>
 //   </robotCell>
-class ZrRobotCell : public ZrXmlCompoundType {
+class ZrRobotCell : public ZrXmlCompound<ZrRobotCell> {
  public:
   ZrRobotCell();
 
   // The root element's token: "robotCell" in the cell namespace.
-  static ZrToken rootToken();
-
-  ZrXmlObject* clone() const override { return new ZrRobotCell(*this); }
-  ZrXmlObject* newObject() const override { return new ZrRobotCell(); }
-  ZrBoolean equality(const ZrXmlObject* other) const override;
-  ZrToken token() const override { return rootToken(); }
+  static ZrToken classToken();
 
   const std::string& name() const { return m_theName.value(); }
   void setName(const std::string& name) { m_theName = name; }

@@ -7,7 +7,8 @@
 #include <ostream>
 #include <string>
 
-// Reading and writing whole cell documents: the few lines an application needs around its root object.
+// Whole cell documents for the zrxml tool, its tests and the fuzz targets: ZrXml::load and ZrXml::save
+// under the names the formula document has too, the value list, and the demo command.
 class ZrRobotCellDocument {
  public:
   // Reads a cell document from a stream into cell. The file name is used in messages only.

@@ -30,7 +30,7 @@ ZrConveyorLine sampleLine() {
 std::string writtenLine(const ZrConveyorLine& line) {
   std::ostringstream out;
   ZrXmlWriter writer("line.xml", out);
-  writer.header(ZrConveyorLine::rootToken(), ZrCell::uri());
+  writer.header(ZrConveyorLine::classToken(), ZrCell::uri());
   EXPECT_TRUE(line.write(writer));
   writer.writeEndTag();
   return out.str();

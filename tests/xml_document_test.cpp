@@ -68,6 +68,20 @@ TEST(ZrXmlDocument, EveryBadInputIsAClearResult) {
   }
 }
 
+// The end of a document cut short is reported while the root is read; reading on after the root must
+// not take that end for a second document, one without a root.
+TEST(ZrXmlDocument, ADocumentCutShortIsReportedOnce) {
+  for (const char* text : {"<motor name=\"m\"><power>2</power>", "<motor><power>2</power>\n<pow", "<motor>\n"}) {
+    std::istringstream in(text);
+    ZrTest::PrintCapture capture;
+    Motor motor;
+    const ZrXmlReadResult result = ZrXml::load(in, "cut.xml", motor);
+    EXPECT_TRUE(result.rootRead()) << text;
+    EXPECT_NE(result.faultCount(), 0u) << text;
+    EXPECT_FALSE(capture.contains("must begin with start tag")) << text << '\n' << capture.all();
+  }
+}
+
 TEST(ZrXmlDocument, ASavedDocumentLoadsBackWithEitherProfile) {
   ZrTest::TempDir dir;
   for (const bool standard : {false, true}) {

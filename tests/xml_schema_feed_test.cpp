@@ -72,7 +72,7 @@ TEST_F(SchemaFeed, TheRobotCellValidatesAgainstTheSchemaItsWritingBuilt) {
     ZrXmlWriter writer(dir.file("cell.xml"), out);
     writer.setSchemaWriter(true);
     writer.setWriteDefaultDataFlag(defaultData);
-    writer.header(ZrRobotCell::rootToken(), ZrCell::uri());
+    writer.header(ZrRobotCell::classToken(), ZrCell::uri());
     cell.write(writer);
     writer.writeEndTag();
     ASSERT_TRUE(writer.schema().write(dir.file("cell.xml")));

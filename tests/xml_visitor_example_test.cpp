@@ -1,9 +1,12 @@
 // The robot-cell example end to end: the shipped sample (comments and line breaks inside the taught
 // path included) read, listed value by value, written and read back.
+#include <ZrCellNamespace.h>
 #include <ZrRobotCellDocument.h>
 #include <ZrTestSupport.h>
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <memory>
 #include <sstream>
 #include <string>
 
@@ -49,6 +52,38 @@ TEST(ZrRobotCellExample, WhatTheDemoWritesReadsBackEqual) {
   ASSERT_TRUE(ZrRobotCellDocument::write(rewritten, second, ZrRobotCellDocument::samplePath()));
   EXPECT_EQ(second.str(), first.str()) << "writing is stable";
   EXPECT_EQ(capture.all(), "");
+}
+
+// The model's classes take their equality from the helper: a change anywhere in the tree, in the cell,
+// a robot, a joint or a container, makes the cell unequal, and a copy or a clone equal again.
+TEST(ZrRobotCellExample, AChangeAnywhereInTheModelMakesTheCellUnequal) {
+  ZrRobotCell sample;
+  ASSERT_TRUE(ZrRobotCellDocument::readFile(ZrRobotCellDocument::samplePath(), sample));
+  const std::function<void(ZrRobotCell&)> changes[] = {
+      [](ZrRobotCell& cell) { cell.setName("Assembly cell 5"); },
+      [](ZrRobotCell& cell) { cell.setOperators(cell.operators() + 1); },
+      [](ZrRobotCell& cell) { cell.loader().setMass(cell.loader().mass() + 1.0); },
+      [](ZrRobotCell& cell) { cell.welder().setMode(ZrRobot::MAINTENANCE); },
+      [](ZrRobotCell& cell) { cell.welder().wrist().setLimits(ZrAngle(-0.5), cell.welder().wrist().upper()); },
+      [](ZrRobotCell& cell) { cell.loader().setWorkspace(ZrVector(0, 0, 0), ZrVector(1, 1, 1)); },
+      [](ZrRobotCell& cell) { cell.parameters().set(std::string("weldCurrent"), 181.0); },
+      [](ZrRobotCell& cell) { cell.stations().insert(99u); },
+  };
+  int index = 0;
+  for (const auto& change : changes) {
+    ZrRobotCell changed = sample;
+    EXPECT_TRUE(changed == sample) << "change " << index;
+    change(changed);
+    EXPECT_FALSE(changed == sample) << "change " << index;
+    EXPECT_FALSE(sample.equality(&changed)) << "change " << index;
+    const std::unique_ptr<ZrXmlObject> clone(changed.clone());
+    EXPECT_TRUE(clone->equality(&changed)) << "change " << index;
+    ++index;
+  }
+  const std::unique_ptr<ZrXmlObject> fresh(sample.newObject());
+  const ZrRobotCell defaultCell;
+  EXPECT_TRUE(fresh->equality(&defaultCell)) << "a fresh object is a default cell";
+  EXPECT_EQ(fresh->token(), ZrCell::element("robotCell"));
 }
 
 TEST(ZrRobotCellExample, RejectsDocumentsOfAnotherKind) {

@@ -35,6 +35,17 @@ struct ZrXmlDocumentAccess {
   }
 };
 
+namespace {
+// What follows the root is read too, so that more after it is reported. A document cut short has
+// already said so while the root was read; asked again, the reader would take its end for a document
+// without a root.
+void readOnAfterTheRoot(ZrXmlReader& reader) {
+  if (reader.mode() == ZrXmlMode::endOfInput || reader.mode() == ZrXmlMode::error) return;
+  for (int next = reader.readXml(); next != ZrXmlMode::endOfInput && next != ZrXmlMode::error; next = reader.readXml()) {
+  }
+}
+}  // namespace
+
 namespace ZrXml {
 
 ZrXmlReadResult load(const std::string& path, ZrXmlObject& object, const ZrXmlReadOptions& options) {
@@ -64,9 +75,7 @@ ZrXmlReadResult load(std::istream& in, const std::string& name, ZrXmlObject& obj
   } else {
     object.read(reader);
     rootRead = true;
-    // What follows the root is read too: a document cut short or with more after its root says so.
-    for (int next = reader.readXml(); next != ZrXmlMode::endOfInput && next != ZrXmlMode::error; next = reader.readXml()) {
-    }
+    readOnAfterTheRoot(reader);
   }
   ZrXmlDocumentAccess::takeRead(result, reader, rootRead);
   return result;
