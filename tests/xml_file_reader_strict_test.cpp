@@ -58,6 +58,13 @@ TEST(ZrXmlFileReaderStrict, EachRuleIsReportedInStrictModeOnly) {
       {"attribute twice by namespace", "<doc xmlns:p=\"u\" xmlns:q=\"u\" p:a=\"1\" q:a=\"2\"/>",
        "Attribute specified twice: q:a"},
       {"no blank between attributes", "<doc a=\"1\"b=\"2\"/>", "White space required between attributes."},
+      // Tags that look clean up to a point: each goes the long way, or is settled by the declarations in scope.
+      {"attribute twice among sixteen", manyAttributes(16, "a3"), "Attribute specified twice: a3"},
+      {"'<' deep in a long value", "<doc a=\"0123456789abcdef0123<x\"/>", "'<' not allowed in attribute value."},
+      {"second root with attributes", "<doc/><doc a=\"1\"/>", "More than one root element: doc"},
+      {"prefix declared on a closed sibling", "<r><a xmlns:p=\"u\"/><p:b/></r>", "Prefix not declared: p"},
+      {"attribute prefix out of scope", "<r><a xmlns:p=\"u\"/><b p:x=\"1\"/></r>", "Prefix not declared: p"},
+      {"attribute name with two colons", "<r xmlns:a=\"u\"><e a:b:c=\"1\"/></r>", "Invalid name: a:b:c"},
       {"-- inside a comment", "<doc><!-- a -- b --></doc>", "Comment contains extra -- in it."},
       {"comment ending in --->", "<doc><!--x---></doc>", "Comment contains extra -- in it."},
       {"processing instruction without target", "<doc><?" "?></doc>", "Processing instruction without target."},
@@ -99,6 +106,12 @@ TEST(ZrXmlFileReaderStrict, WellFormedDocumentsPassWithTheirEvents) {
       {"processing instruction", "<doc><?pi some data?></doc>", {"1 doc", "2 doc", "0"}},
       {"references", "<doc a='&#x3C;&quot;'>&lt;&#65;&gt;</doc>", {"1 doc a=<\"", "4 doc '<A>'", "0"}},
       {"entity of a document type", "<!DOCTYPE doc [<!ENTITY e \"x\">]><doc>&e;</doc>", {"1 doc", "4 doc 'x'", "0"}},
+      {"white space around '='", "<doc a = \"1\"\n b\t=\t'2' />", {"3 doc a=1 b=2", "0"}},
+      {"reference past sixteen bytes of a value", "<doc a=\"0123456789abcdefgh&amp;i\" b=\"&#65;\"/>",
+       {"3 doc a=0123456789abcdefgh&i b=A", "0"}},
+      {"name above ASCII", "<doc><\xC3\xA9t\xC3\xA9 a=\"1\"/></doc>", {"1 doc", "3 \xC3\xA9t\xC3\xA9 a=1", "2 doc", "0"}},
+      {"prefix redeclared to its URI", "<p:r xmlns:p=\"u\"><p:e xmlns:p=\"u\" p:a=\"1\"/></p:r>",
+       {"1 r", "3 e a=1", "2 r", "0"}},
   };
   for (const Case& c : cases) {
     const ZrTest::Trace strict = traceIn(true, c.document);
