@@ -412,8 +412,15 @@ void ZrXmlWellFormednessChecker::checkComment(std::string_view text) const {
 
 const ZrXmlWellFormednessChecker::Declaration* ZrXmlWellFormednessChecker::declared(std::string_view prefix) const {
   if (!m_theIndexed) {
-    for (auto at = m_theDeclarations.rbegin(); at != m_theDeclarations.rend(); ++at)
-      if (sameText(prefix, at->prefix)) return &*at;
+    std::size_t unused = 0;
+    std::size_t& lastFound = prefix.empty() ? unused : m_theLastFound[static_cast<unsigned char>(prefix[0])];
+    if (lastFound != 0 && lastFound <= m_theDeclarations.size() && sameText(prefix, m_theDeclarations[lastFound - 1].prefix))
+      return &m_theDeclarations[lastFound - 1];
+    for (std::size_t at = m_theDeclarations.size(); at-- > 0;)
+      if (sameText(prefix, m_theDeclarations[at].prefix)) {
+        lastFound = at + 1;
+        return &m_theDeclarations[at];
+      }
     return nullptr;
   }
   m_theLookupKey.assign(prefix.data(), prefix.size());
@@ -424,6 +431,7 @@ const ZrXmlWellFormednessChecker::Declaration* ZrXmlWellFormednessChecker::decla
 // Past the threshold every declaration in scope is indexed by prefix, each one linked to the one of the
 // same prefix it hides, so that closing an element brings the hidden one back.
 void ZrXmlWellFormednessChecker::pushDeclaration(std::string_view prefix, std::string_view uri, std::size_t depth) {
+  if (!prefix.empty()) m_theLastFound[static_cast<unsigned char>(prefix[0])] = 0;
   m_theDeclarations.push_back({std::string(prefix), std::string(uri), depth, theNoDeclaration});
   if (!m_theIndexed && m_theDeclarations.size() > theIndexThreshold) {
     m_theIndexed = true;
@@ -443,6 +451,7 @@ void ZrXmlWellFormednessChecker::pushDeclaration(std::string_view prefix, std::s
 
 void ZrXmlWellFormednessChecker::popDeclaration() {
   const Declaration& last = m_theDeclarations.back();
+  if (!last.prefix.empty()) m_theLastFound[static_cast<unsigned char>(last.prefix[0])] = 0;
   if (m_theIndexed) {
     if (last.shadowed == theNoDeclaration) m_thePrefixIndex.erase(last.prefix);
     else m_thePrefixIndex[last.prefix] = last.shadowed;
@@ -661,7 +670,7 @@ void ZrXmlWellFormednessChecker::checkManyAttributesOnce() {
 }
 
 
-void ZrXmlWellFormednessChecker::closeElement(std::size_t depth) {
+void ZrXmlWellFormednessChecker::closeDeclarations(std::size_t depth) {
   while (!m_theDeclarations.empty() && m_theDeclarations.back().depth >= depth) popDeclaration();
 }
 

@@ -84,7 +84,9 @@ class ZrXmlWellFormednessChecker {
       checkOtherEndTag(name, depth);
   }
   // The element at depth is closed: its declarations go out of scope.
-  void closeElement(std::size_t depth);
+  void closeElement(std::size_t depth) {
+    if (!m_theDeclarations.empty() && m_theDeclarations.back().depth >= depth) closeDeclarations(depth);
+  }
   // The text of a processing instruction between "<?" and "?>"; atStart when nothing came before it.
   void checkProcessingInstruction(std::string_view text, bool atStart) const;
   // The text of a comment between "<!--" and "-->".
@@ -119,6 +121,7 @@ class ZrXmlWellFormednessChecker {
   void checkNamespaceDeclaration(std::string_view attribute, std::string_view uri) const;
   void pushDeclaration(std::string_view prefix, std::string_view uri, std::size_t depth);
   void popDeclaration();
+  void closeDeclarations(std::size_t depth);
   void checkXmlDeclaration(std::string_view text, bool atStart) const;
   void checkPrefixedAttributes();
   void addExpandedName(std::string_view written, std::size_t colon);
@@ -133,6 +136,10 @@ class ZrXmlWellFormednessChecker {
   std::unordered_map<std::string, std::size_t> m_thePrefixIndex;
   bool m_theIndexed = false;
   mutable std::string m_theLookupKey;  // the prefix looked up, in a string kept for its capacity
+  // By a prefix's first byte, the declaration (index + 1; 0 for none) a look-up found last: a document
+  // uses the same few prefixes again and again. A declaration of a prefix with that first byte, made or
+  // gone out of scope, clears the entry.
+  mutable std::size_t m_theLastFound[256] = {};
   std::unique_ptr<ZrXmlDocumentType> m_theDocumentType;
   bool m_theRootSeen = false;
   bool m_theDoctypeSeen = false;
