@@ -34,7 +34,8 @@ inline void silencePrint() { Zr::Print::instance().setSink([](int, const std::st
 
 // ---- The tokenizer ----------------------------------------------------------------------------------
 // Layout of an input:
-//   byte 0         bits 0-4: length n of the operation script; bit 5: move the document to a block edge
+//   byte 0         bits 0-4: length n of the operation script; bit 5: move the document to a block edge;
+//                  bit 6: read in strict mode (well-formedness checked, references expanded)
 //   bytes 1..n     the operation script, repeated while reading goes on
 //   (bit 5 set)    one byte k: the document starts k + 1 bytes before the end of the first block
 //   the rest       the document
@@ -117,6 +118,7 @@ inline void tokenize(const std::uint8_t* data, std::size_t size) {
 
   std::istringstream in(document);
   ZrXmlFileReader reader("fuzz.xml", in);
+  reader.setStrict((control & 0x40) != 0);
   const std::size_t maxSteps = 64 + 4 * document.size();
   int copiesLeft = 4;
   for (std::size_t step = 0; step < maxSteps; ++step) {
