@@ -16,12 +16,7 @@ namespace {
 
 using Messages = std::vector<std::string>;
 
-ZrTest::Trace traceIn(bool strict, const std::string& document) {
-  ZrXmlFileReader::setDefaultStrict(strict);
-  ZrTest::Trace trace = ZrTest::traceDocument(document);
-  ZrXmlFileReader::setDefaultStrict(false);
-  return trace;
-}
+using ZrTest::traceIn;
 
 std::string fault(const std::string& rule, int line = 1) {
   return "file not well formed.\n\t" + rule + "@" + std::to_string(line);

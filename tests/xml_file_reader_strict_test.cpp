@@ -15,13 +15,7 @@ namespace {
 
 using Messages = std::vector<std::string>;
 
-// Reads a document with the tokenizer's class default for strict mode set as asked, and back to off.
-ZrTest::Trace traceIn(bool strict, const std::string& document) {
-  ZrXmlFileReader::setDefaultStrict(strict);
-  ZrTest::Trace trace = ZrTest::traceDocument(document);
-  ZrXmlFileReader::setDefaultStrict(false);
-  return trace;
-}
+using ZrTest::traceIn;
 
 std::string fault(const std::string& rule) { return "file not well formed.\n\t" + rule + "@1"; }
 

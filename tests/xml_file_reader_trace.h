@@ -64,6 +64,14 @@ inline Trace traceDocument(const std::string& document, size_t maxEvents = 10000
   return trace;
 }
 
+// Reads a document with the tokenizer's class default for strict mode set as asked, and back to off.
+inline Trace traceIn(bool strict, const std::string& document) {
+  ZrXmlFileReader::setDefaultStrict(strict);
+  Trace trace = traceDocument(document);
+  ZrXmlFileReader::setDefaultStrict(false);
+  return trace;
+}
+
 }  // namespace ZrTest
 
 #endif

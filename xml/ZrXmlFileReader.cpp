@@ -1317,6 +1317,22 @@ void ZrXmlFileReader::warnMessageAtOffset(const char* what, std::size_t offset) 
                               m_theFilename.c_str(), static_cast<long long>(line));
 }
 
+// A start tag's attributes begin: those of the tag before are dropped, with a word when some went unread.
+inline void ZrXmlFileReader::startAttributes() {
+  if (m_theUnreadAttributes != 0) warnMessage("file possibly not valid.\n\tPrevious attribute names were not used.");
+  clearAttributes();
+}
+
+// One attribute of a start tag: a namespace declaration is applied, an xsi: attribute left to the reader
+// of schemas, any other kept for reading.
+inline void ZrXmlFileReader::takeAttribute(std::string_view name, std::size_t localOffset, std::string_view value,
+                                           bool mayHoldReferences) {
+  if (name[0] == 'x' && startsWith(name, "xmlns"))
+    declareNamespace(name, value);
+  else if (name[0] != 'x' || !startsWith(name, "xsi:"))
+    addAttribute(name, localOffset, value, mayHoldReferences);
+}
+
 // Strict mode's start tag in one pass, when it is clean: names that are qualified names of ASCII name
 // characters, white space before every attribute, each value quoted and closed before the first '>', no
 // '<' in a value and no attribute name written twice. Such a tag ends at its first '>' and needs none of
@@ -1366,16 +1382,10 @@ int ZrXmlFileReader::readCleanStartTag(std::size_t close) {
   consumeTo(close + 1);
   if (!mayOpenElement()) return 0;
   pushElement();
-  if (m_theUnreadAttributes != 0) warnMessage("file possibly not valid.\n\tPrevious attribute names were not used.");
-  clearAttributes();
+  startAttributes();
   if (references) m_theAttributeText.reserve(static_cast<std::size_t>(end - begin));  // see addAttribute
-  for (std::size_t i = 0; i < count; ++i) {
-    const std::string_view attribute = attributes[i].name;
-    if (attribute[0] == 'x' && startsWith(attribute, "xmlns"))
-      declareNamespace(attribute, attributes[i].value);
-    else if (attribute[0] != 'x' || !startsWith(attribute, "xsi:"))
-      addAttribute(attribute, attributes[i].colon + 1, attributes[i].value, references);  // npos + 1: no prefix
-  }
+  for (std::size_t i = 0; i < count; ++i)  // npos + 1: no prefix
+    takeAttribute(attributes[i].name, attributes[i].colon + 1, attributes[i].value, references);
   const std::string_view local = nameColon == std::string_view::npos ? name : name.substr(nameColon + 1);
   assignNameIfChanged(m_theElementStack.back().element, SplitName{std::string_view(begin, 0), local, false, false});
   if (m_theFreshEntry) m_theEntryBytes += nameBytes(name.size());
@@ -1592,8 +1602,7 @@ bool ZrXmlFileReader::parseStartTag(std::string_view text) {
     warnMessage("file not well formed.\n\tNo element name found in start tag.");
     return false;
   }
-  if (m_theUnreadAttributes != 0) warnMessage("file possibly not valid.\n\tPrevious attribute names were not used.");
-  clearAttributes();
+  startAttributes();
   if (expanding()) m_theAttributeText.reserve(text.size());  // expanded values are longer only through entities
 
   for (;;) {
@@ -1635,10 +1644,7 @@ bool ZrXmlFileReader::parseStartTag(std::string_view text) {
       value = std::string_view(valueBegin, static_cast<std::size_t>(at - valueBegin));
     }
     if (m_theChecker) m_theChecker->addAttribute(attribute, value, attributeBegin != gap);
-    if (attribute[0] == 'x' && startsWith(attribute, "xmlns"))
-      declareNamespace(attribute, value);
-    else if (attribute[0] != 'x' || !startsWith(attribute, "xsi:"))
-      addAttribute(attribute, localOffset, value);
+    takeAttribute(attribute, localOffset, value);
   }
 
   assignNameIfChanged(m_theElementStack.back().element, splitElementName);  // a spare entry may hold it

@@ -356,6 +356,9 @@ class ZrXmlFileReader {
   int readEndTag(std::string_view tag);
   bool parseStartTag(std::string_view text);
   void declareNamespace(std::string_view name, std::string_view uri);
+  void startAttributes();
+  void takeAttribute(std::string_view name, std::size_t localOffset, std::string_view value,
+                     bool mayHoldReferences = true);
   // mayHoldReferences false: the caller saw no '&' in the value, which need not be looked at again.
   void addAttribute(std::string_view name, std::size_t localOffset, std::string_view value,
                     bool mayHoldReferences = true);

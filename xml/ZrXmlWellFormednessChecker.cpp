@@ -508,12 +508,22 @@ void ZrXmlWellFormednessChecker::checkNamespaceDeclaration(std::string_view attr
 
 // ---- tags ----
 
+// An element at depth 1 is a root: the document has one.
+void ZrXmlWellFormednessChecker::checkRoot(std::string_view name, std::size_t depth) {
+  if (depth != 1) return;
+  if (m_theRootSeen) report("More than one root element: " + std::string(name));
+  m_theRootSeen = true;
+}
+
+// A namespace declaration of a start tag, checked and in force from the tag on.
+void ZrXmlWellFormednessChecker::declare(std::string_view attribute, std::string_view uri, std::size_t depth) {
+  checkNamespaceDeclaration(attribute, uri);
+  pushDeclaration(attribute.size() > 5 ? attribute.substr(6) : std::string_view(), uri, depth);
+}
+
 void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::string_view name, std::size_t depth,
                                                bool suspect) {
-  if (depth == 1) {
-    if (m_theRootSeen) report("More than one root element: " + std::string(name));
-    m_theRootSeen = true;
-  }
+  checkRoot(name, depth);
   if (!m_theAttributes.empty()) checkAttributes(depth);
   // '<' can only stand in a value; the tokenizer's pass over the tag tells whether it may hold one.
   if (suspect && findByte(tag, '<') != std::string_view::npos)
@@ -566,14 +576,9 @@ void ZrXmlWellFormednessChecker::checkAttributes(std::size_t depth) {
       }
   }
   if (count > thePairwiseLimit) checkManyAttributesOnce();
-  if (declares) {
-    for (const auto& attribute : m_theAttributes) {
-      if (!isXmlnsAttribute(attribute.first)) continue;
-      checkNamespaceDeclaration(attribute.first, attribute.second);
-      pushDeclaration(attribute.first.size() > 5 ? attribute.first.substr(6) : std::string_view(), attribute.second,
-                      depth);
-    }
-  }
+  if (declares)
+    for (const auto& attribute : m_theAttributes)
+      if (isXmlnsAttribute(attribute.first)) declare(attribute.first, attribute.second, depth);
   if (prefixed) checkPrefixedAttributes();
 }
 
@@ -616,18 +621,10 @@ void ZrXmlWellFormednessChecker::reportExpandedTwice() {
 void ZrXmlWellFormednessChecker::checkCleanStartTag(std::string_view name, std::size_t colon, std::size_t depth,
                                                     std::size_t count, bool declares, bool prefixed) {
   const CleanAttribute* const attributes = m_theCleanAttributes;
-  if (depth == 1) {
-    if (m_theRootSeen) report("More than one root element: " + std::string(name));
-    m_theRootSeen = true;
-  }
-  if (declares) {
-    for (std::size_t i = 0; i < count; ++i) {
-      const std::string_view attribute = attributes[i].name;
-      if (!isXmlnsAttribute(attribute)) continue;
-      checkNamespaceDeclaration(attribute, attributes[i].value);
-      pushDeclaration(attribute.size() > 5 ? attribute.substr(6) : std::string_view(), attributes[i].value, depth);
-    }
-  }
+  checkRoot(name, depth);
+  if (declares)
+    for (std::size_t i = 0; i < count; ++i)
+      if (isXmlnsAttribute(attributes[i].name)) declare(attributes[i].name, attributes[i].value, depth);
   if (prefixed) {
     m_theExpandedNames.clear();
     for (std::size_t i = 0; i < count; ++i)

@@ -127,6 +127,8 @@ class ZrXmlWellFormednessChecker {
   void addExpandedName(std::string_view written, std::size_t colon);
   void reportExpandedTwice();
   void noteOpenName(std::string_view name, std::size_t colon, std::size_t depth);
+  void checkRoot(std::string_view name, std::size_t depth);
+  void declare(std::string_view attribute, std::string_view uri, std::size_t depth);
   void checkManyAttributesOnce();
 
   const ZrXmlFileReader* m_theReader;
