@@ -1,5 +1,6 @@
 #include "ZrxmlSchemaTree.h"
 
+#include <ZrXmlFileReader.h>
 #include <ZrXmlReader.h>
 
 #include <algorithm>
@@ -73,11 +74,22 @@ void SchemaTree::openElement(ZrXmlReader& reader, bool empty) {
     const std::string value = reader.attributeValue();
     xmlNewProp(node, xmlText(attribute), xmlText(value));
   }
+  if (reader.currentFileReader()->nilElement()) markNil(node);
   const int line = reader.lineCountOfFile();
   node->line = static_cast<unsigned short>(std::min(line, 65535));
   if (m_theFiles.empty() || m_theFiles.back() != reader.filename()) m_theFiles.push_back(reader.filename());
   m_thePositions[node] = {m_theFiles.size() - 1, line};
   if (empty) m_theCurrent = node->parent && node->parent->type == XML_ELEMENT_NODE ? node->parent : nullptr;
+}
+
+// xsi:nil="true" on the node, as the document wrote it: a nil element of a value type is valid only so.
+void SchemaTree::markNil(void* element) {
+  xmlNodePtr node = static_cast<xmlNodePtr>(element);
+  if (!m_theSchemaInstance) {
+    xmlNodePtr root = xmlDocGetRootElement(static_cast<xmlDocPtr>(m_theDocument));
+    m_theSchemaInstance = xmlNewNs(root, xmlText(ZrXmlFileReader::m_schemaInstanceNamespace), xmlText("xsi"));
+  }
+  xmlNewNsProp(node, static_cast<xmlNsPtr>(m_theSchemaInstance), xmlText("nil"), xmlText("true"));
 }
 
 void SchemaTree::onEvent(ZrXmlReader& reader, int mode) {
@@ -100,6 +112,7 @@ void SchemaTree::onEvent(ZrXmlReader& reader, int mode) {
 SchemaTree::SchemaTree(const std::string&) {}
 SchemaTree::~SchemaTree() = default;
 void SchemaTree::openElement(ZrXmlReader&, bool) {}
+void SchemaTree::markNil(void*) {}
 void SchemaTree::onEvent(ZrXmlReader&, int) {}
 
 #endif

@@ -33,11 +33,13 @@ class SchemaTree {
 
  private:
   void openElement(ZrXmlReader& reader, bool empty);
+  void markNil(void* element);
 
   std::string m_theSchemaNamespace;  // from the root's xsi:schemaLocation
   void* m_theDocument = nullptr;
   void* m_theNamespace = nullptr;    // the root's namespace, which every element is put in
   void* m_theCurrent = nullptr;      // the open element
+  void* m_theSchemaInstance = nullptr;  // the xsi namespace, declared on the root once a nil element needs it
   bool m_theIncludes = false;
   bool m_theDefaultNamespace = false;
   std::vector<std::string> m_theFiles;

@@ -548,6 +548,7 @@ void ZrXmlFileReader::rebaseAttributes(const ZrXmlFileReader& other) {
   m_theAttributeEntries = other.m_theAttributeEntries;
   m_theAttributeCount = other.m_theAttributeCount;
   m_theUnreadAttributes = other.m_theUnreadAttributes;
+  m_theNilElement = other.m_theNilElement;
   m_theAttributeOrder = other.m_theAttributeOrder;
   m_theAttributeOrderBuilt = other.m_theAttributeOrderBuilt;
   m_theFirstUnreadInOrder = other.m_theFirstUnreadInOrder;
@@ -1331,6 +1332,8 @@ inline void ZrXmlFileReader::takeAttribute(std::string_view name, std::size_t lo
     declareNamespace(name, value);
   else if (name[0] != 'x' || !startsWith(name, "xsi:"))
     addAttribute(name, localOffset, value, mayHoldReferences);
+  else if (name == "xsi:nil")
+    m_theNilElement = value == "true" || value == "1";
 }
 
 // Strict mode's start tag in one pass, when it is clean: names that are qualified names of ASCII name
@@ -1728,6 +1731,7 @@ void ZrXmlFileReader::addAttribute(std::string_view name, std::size_t localOffse
 void ZrXmlFileReader::clearAttributes() {
   m_theAttributeCount = 0;
   m_theUnreadAttributes = 0;
+  m_theNilElement = false;
   m_theAttributeOrderBuilt = false;
   m_theAttributesViewBuffer = false;
   m_theAttributeText.clear();

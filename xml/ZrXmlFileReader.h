@@ -115,6 +115,9 @@ class ZrXmlFileReader {
   virtual const std::string& attributeValue(const ZrToken& name);
   virtual ZrU32 numOfAttributes() const { return m_theNumOfAttributes; }
   virtual ZrU32 remainingNumOfAttributes() const { return m_theUnreadAttributes; }
+  // The start tag the last event read carried xsi:nil="true" (or "1"). The reader hands out no xsi:
+  // attribute, so this is how a nil element is told from an empty one.
+  bool nilElement() const { return m_theNilElement; }
   virtual std::string content() const;
   virtual std::string contentByWord() const;
   // contentByWord() without the copy: the view stays valid until the next readXml(). Empty once no
@@ -406,6 +409,7 @@ class ZrXmlFileReader {
   mutable std::vector<AttributeEntry> m_theAttributeEntries;
   std::size_t m_theAttributeCount = 0;
   ZrU32 m_theUnreadAttributes = 0;
+  bool m_theNilElement = false;  // the tag's xsi:nil said true
   mutable std::vector<std::uint32_t> m_theAttributeOrder;  // entry indexes by token text, when built
   mutable bool m_theAttributeOrderBuilt = false;
   mutable std::size_t m_theFirstUnreadInOrder = 0;  // every entry before it in the order was taken

@@ -51,6 +51,10 @@ cmp - '${CMAKE_CURRENT_SOURCE_DIR}/data/robotCellWritten.xml'")
     zr_schema_check_test(checkSchemaNamesTheIncludedFile ${toolData}/cellWithInvalidInclude.xml 1
                          "cellWithInvalidInclude.xml: NOT valid, .*, 1 schema violation\n"
                          "-DERROR_REGEX='heavy' is not a valid value[^L]*cellLoaderInvalid.xml[^L]*Line: 9")
+    # A nil element (xsi:nil="true") is valid as written; the same element merely empty is not.
+    zr_schema_check_test(checkSchemaNilElements ${toolData}/cellWithNil.xml 1
+                         "cellWithNil.xml: NOT valid, .*, 1 schema violation\n"
+                         "-DERROR_REGEX=^[^L]*mass[^L]*Line: 14\n$")
   endif()
 endif()
 
