@@ -731,8 +731,10 @@ std::int64_t ZrXmlFileReader::columnOfFile() const {
 // line had there.
 void ZrXmlFileReader::keepColumnOfDroppedFront() {
   const std::size_t end = std::min(m_theReadIndex, m_theReadBuffer.size());
-  const std::size_t lineFeed = end == 0 ? std::string::npos : m_theReadBuffer.rfind('\n', end - 1);
-  if (lineFeed != std::string::npos) m_theColumnBase = static_cast<std::int64_t>(end - lineFeed - 1);
+  // memrchr looks at many bytes at once: a document with long lines drops whole blocks without a line feed.
+  const void* const lineFeed = end == 0 ? nullptr : memrchr(m_theReadBuffer.data(), '\n', end);
+  if (lineFeed)
+    m_theColumnBase = static_cast<std::int64_t>(end - (static_cast<const char*>(lineFeed) - m_theReadBuffer.data()) - 1);
   else m_theColumnBase += static_cast<std::int64_t>(end);
 }
 

@@ -618,8 +618,8 @@ void ZrXmlWellFormednessChecker::reportExpandedTwice() {
       report("Attribute specified twice: " + std::string(names[i].written));
 }
 
-void ZrXmlWellFormednessChecker::checkCleanStartTag(std::string_view name, std::size_t colon, std::size_t depth,
-                                                    std::size_t count, bool declares, bool prefixed) {
+void ZrXmlWellFormednessChecker::checkCleanStartTagInScope(std::string_view name, std::size_t colon, std::size_t depth,
+                                                           std::size_t count, bool declares, bool prefixed) {
   const CleanAttribute* const attributes = m_theCleanAttributes;
   checkRoot(name, depth);
   if (declares)
@@ -648,7 +648,7 @@ void ZrXmlWellFormednessChecker::checkCleanStartTag(std::string_view name, std::
 void ZrXmlWellFormednessChecker::noteOpenName(std::string_view name, std::size_t colon, std::size_t depth) {
   if (m_theOpenNames.size() < depth) m_theOpenNames.resize(depth);
   OpenName& written = m_theOpenNames[depth - 1];
-  if (written.plain && sameText(name, written.name)) return;
+  if (written.plain && sameText(name, written.name)) return;  // the root, or a tag of another kind
   if (colon != std::string_view::npos) checkPrefixDeclared(name.substr(0, colon));
   if (!sameText(name, written.name)) written.name.assign(name.data(), name.size());
   written.plain = colon == std::string_view::npos;

@@ -75,7 +75,12 @@ class ZrXmlWellFormednessChecker {
   // Where the tokenizer puts a clean tag's attributes, kept here so that no tag initialises a list.
   CleanAttribute* cleanAttributes() { return m_theCleanAttributes; }
   void checkCleanStartTag(std::string_view name, std::size_t colon, std::size_t depth, std::size_t count,
-                          bool declares, bool prefixed);
+                          bool declares, bool prefixed) {
+    // Most tags below the root declare nothing, name no attribute with a prefix and repeat the plain name
+    // of the element before them at their depth: nothing is left to check.
+    if (declares || prefixed || depth <= 1 || !repeatsPlainName(name, depth))
+      checkCleanStartTagInScope(name, colon, depth, count, declares, prefixed);
+  }
   // An end tag's name.
   // An end tag's name, and the open-element stack's size before it closes anything. An end tag that
   // names its element as the start tag did needs no other look: that name was checked with its prefix.
@@ -127,6 +132,15 @@ class ZrXmlWellFormednessChecker {
   void addExpandedName(std::string_view written, std::size_t colon);
   void reportExpandedTwice();
   void noteOpenName(std::string_view name, std::size_t colon, std::size_t depth);
+  void checkCleanStartTagInScope(std::string_view name, std::size_t colon, std::size_t depth, std::size_t count,
+                                 bool declares, bool prefixed);
+  // The element before at this depth bore the same name, a plain one: a name without a prefix is valid
+  // whatever is declared.
+  bool repeatsPlainName(std::string_view name, std::size_t depth) const {
+    if (depth > m_theOpenNames.size()) return false;
+    const OpenName& written = m_theOpenNames[depth - 1];
+    return written.plain && sameText(name, written.name);
+  }
   void checkRoot(std::string_view name, std::size_t depth);
   void declare(std::string_view attribute, std::string_view uri, std::size_t depth);
   void checkManyAttributesOnce();
