@@ -1174,10 +1174,11 @@ int ZrXmlFileReader::nextEvent() {
     }
 
     std::size_t close = findCharSoon('>', m_theReadIndex);
-    int type = m_theChecker && close != npos ? readCleanStartTag(close) : theNotClean;
+    const bool endTag = close != npos && m_theReadBuffer[m_theReadIndex] == '/';
+    int type = m_theChecker && close != npos && !endTag ? readCleanStartTag(close) : theNotClean;
     if (type == theNotClean) {
       // An end tag holds no quoted value: its first '>' ends it.
-      if (m_theChecker && close != npos && m_theReadBuffer[m_theReadIndex] != '/') close = strictTagEnd(close);
+      if (m_theChecker && close != npos && !endTag) close = strictTagEnd(close);
       if (close == npos) {
         consumeTo(m_theReadBuffer.size());
         if (!m_theElementStack.empty()) warnMessage("file not well formed.\n\tEOF found before end of tag.");

@@ -410,12 +410,11 @@ void ZrXmlWellFormednessChecker::checkComment(std::string_view text) const {
 
 // ---- names and namespaces ----
 
-const ZrXmlWellFormednessChecker::Declaration* ZrXmlWellFormednessChecker::declared(std::string_view prefix) const {
+// The look-up behind declared(): along the declarations in scope, innermost first, or through the index.
+const ZrXmlWellFormednessChecker::Declaration* ZrXmlWellFormednessChecker::lookUpDeclaration(std::string_view prefix) const {
   if (!m_theIndexed) {
     std::size_t unused = 0;
     std::size_t& lastFound = prefix.empty() ? unused : m_theLastFound[static_cast<unsigned char>(prefix[0])];
-    if (lastFound != 0 && lastFound <= m_theDeclarations.size() && sameText(prefix, m_theDeclarations[lastFound - 1].prefix))
-      return &m_theDeclarations[lastFound - 1];
     for (std::size_t at = m_theDeclarations.size(); at-- > 0;)
       if (sameText(prefix, m_theDeclarations[at].prefix)) {
         lastFound = at + 1;
@@ -432,7 +431,11 @@ const ZrXmlWellFormednessChecker::Declaration* ZrXmlWellFormednessChecker::decla
 // same prefix it hides, so that closing an element brings the hidden one back.
 void ZrXmlWellFormednessChecker::pushDeclaration(std::string_view prefix, std::string_view uri, std::size_t depth) {
   if (!prefix.empty()) m_theLastFound[static_cast<unsigned char>(prefix[0])] = 0;
-  m_theDeclarations.push_back({std::string(prefix), std::string(uri), depth, theNoDeclaration});
+  Declaration& declaration = m_theDeclarations.push();
+  assignText(declaration.prefix, prefix);
+  assignText(declaration.uri, uri);
+  declaration.depth = depth;
+  declaration.shadowed = theNoDeclaration;
   if (!m_theIndexed && m_theDeclarations.size() > theIndexThreshold) {
     m_theIndexed = true;
     m_thePrefixIndex.clear();
@@ -456,7 +459,7 @@ void ZrXmlWellFormednessChecker::popDeclaration() {
     if (last.shadowed == theNoDeclaration) m_thePrefixIndex.erase(last.prefix);
     else m_thePrefixIndex[last.prefix] = last.shadowed;
   }
-  m_theDeclarations.pop_back();
+  m_theDeclarations.pop();
   if (m_theDeclarations.empty() && m_theIndexed) {
     m_theIndexed = false;
     m_thePrefixIndex.clear();
@@ -650,7 +653,7 @@ void ZrXmlWellFormednessChecker::noteOpenName(std::string_view name, std::size_t
   OpenName& written = m_theOpenNames[depth - 1];
   if (written.plain && sameText(name, written.name)) return;  // the root, or a tag of another kind
   if (colon != std::string_view::npos) checkPrefixDeclared(name.substr(0, colon));
-  if (!sameText(name, written.name)) written.name.assign(name.data(), name.size());
+  assignText(written.name, name);
   written.plain = colon == std::string_view::npos;
 }
 

@@ -2,8 +2,10 @@
 #define ZR_XML_WELL_FORMEDNESS_CHECKER_H
 
 #include <ZrXmlDocumentType.h>
+#include <ZrXmlSpareStack.h>
 
 #include <cstddef>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -120,7 +122,18 @@ class ZrXmlWellFormednessChecker {
   };
 
   void report(const std::string& fault) const;
-  const Declaration* declared(std::string_view prefix) const;
+  // The declaration in force for the prefix, or null. Mostly the one found last for its first byte.
+  const Declaration* declared(std::string_view prefix) const {
+    if (!m_theIndexed && !prefix.empty()) {
+      const std::size_t lastFound = m_theLastFound[static_cast<unsigned char>(prefix[0])];
+      if (lastFound != 0 && lastFound <= m_theDeclarations.size()) {
+        const Declaration& found = m_theDeclarations[lastFound - 1];
+        if (sameText(prefix, found.prefix)) return &found;
+      }
+    }
+    return lookUpDeclaration(prefix);
+  }
+  const Declaration* lookUpDeclaration(std::string_view prefix) const;
   std::size_t checkName(std::string_view name);
   void checkPrefixDeclared(std::string_view prefix) const;
   void checkNamespaceDeclaration(std::string_view attribute, std::string_view uri) const;
@@ -146,7 +159,7 @@ class ZrXmlWellFormednessChecker {
   void checkManyAttributesOnce();
 
   const ZrXmlFileReader* m_theReader;
-  std::vector<Declaration> m_theDeclarations;  // in scope, outermost first
+  ZrXmlSpareStack<Declaration> m_theDeclarations;  // in scope, outermost first; popped ones kept as spares
   // With more declarations in scope than a look along them costs, the innermost of each prefix by name,
   // so that a look-up costs the same however many are in scope.
   std::unordered_map<std::string, std::size_t> m_thePrefixIndex;
@@ -187,6 +200,12 @@ class ZrXmlWellFormednessChecker {
   static const std::size_t theValidNames = 4;
   ValidName m_theValidNames[theValidNames];
   std::size_t m_theNextValidName = 0;  // the entry the next valid name replaces
+  // A string kept for its capacity takes a text of its own length in place: the names of one depth and
+  // the prefixes declared again and again mostly are.
+  static void assignText(std::string& to, std::string_view text) {
+    if (text.size() == to.size()) std::memcpy(&to[0], text.data(), text.size());
+    else to.assign(text.data(), text.size());
+  }
   static bool sameText(std::string_view one, const std::string& other) {
     if (one.size() != other.size()) return false;
     for (std::size_t i = 0; i < one.size(); ++i)
