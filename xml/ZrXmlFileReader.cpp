@@ -1,6 +1,7 @@
 #include "ZrXmlFileReader.h"
 
 #include <ZrPrint.h>
+#include <ZrTextAssign.h>
 #include <ZrXmlCharacters.h>
 #include <ZrXmlEncodingTranscoder.h>
 #include <ZrXmlReader.h>
@@ -610,7 +611,7 @@ const std::string& ZrXmlFileReader::attributeValue(const ZrToken& name) {
 
 const std::string& ZrXmlFileReader::takeAttributeValue(std::size_t index) {
   AttributeEntry& entry = m_theAttributeEntries[index];
-  m_theValueBuffer.assign(entry.value.data(), entry.value.size());
+  Zr::assignText(m_theValueBuffer, entry.value);
   entry.taken = true;
   --m_theUnreadAttributes;
   return m_theValueBuffer;
@@ -1206,7 +1207,9 @@ int ZrXmlFileReader::nextEvent() {
     if (contentRead) {
       if (type == 2) {
         trimTrailingWhite(m_theContent);
-        if (expanding()) expandReferencesIn(m_theContent);  // after trimming: "&#32;" stays
+        // After trimming, so that "&#32;" stays; most content holds no '&', which one short search tells.
+        if (expanding() && findShortFirst(m_theContent.data(), m_theContent.data() + m_theContent.size(), '&'))
+          expandReferencesIn(m_theContent);
         return 4;
       }
       if (type != 4 && !m_theChecker)  // mixed content is well-formed XML
@@ -1377,11 +1380,11 @@ int ZrXmlFileReader::readCleanStartTag(std::size_t close) {
     if (!quote || *quote == '<') return theNotClean;
     for (std::size_t i = 0; i < count; ++i)
       if (Zr::textEqual(attributes[i].name, attribute)) return theNotClean;
-    attributes[count++] = {attribute, std::string_view(at + 1, static_cast<std::size_t>(quote - at - 1)), colon};
-    if (attribute[0] == 'x' && startsWith(attribute, "xmlns") && (attribute.size() == 5 || attribute[5] == ':'))
-      declares = true;
-    else if (colon != std::string_view::npos)
-      prefixed = true;
+    const bool declaration =
+        attribute[0] == 'x' && startsWith(attribute, "xmlns") && (attribute.size() == 5 || attribute[5] == ':');
+    attributes[count++] = {attribute, std::string_view(at + 1, static_cast<std::size_t>(quote - at - 1)), colon, declaration};
+    declares |= declaration;
+    prefixed |= !declaration && colon != std::string_view::npos;
     at = quote + 1;
   }
 
@@ -1663,7 +1666,8 @@ bool ZrXmlFileReader::parseStartTag(std::string_view text) {
 void ZrXmlFileReader::declareNamespace(std::string_view name, std::string_view uri) {
   name.remove_prefix(5);  // "xmlns"
   if (!name.empty() && name[0] == ':') name.remove_prefix(1);
-  std::string prefix(name);
+  Zr::assignText(m_thePrefixKey, name);
+  const std::string& prefix = m_thePrefixKey;
   auto known = m_theNamespacesInForce.find(prefix);
   if (known != m_theNamespacesInForce.end()) {
     // XML allows a prefix bound again to the URI it has: strict mode, which reports what XML does not
@@ -1677,8 +1681,26 @@ void ZrXmlFileReader::declareNamespace(std::string_view name, std::string_view u
   }
   if (uri == m_schemaInstanceNamespace) return;
   m_theDeclarationBytes += declarationBytes(prefix.size(), uri.size());
-  m_theElementStack.back().namespaces.emplace(prefix, std::string(uri));
-  m_theNamespacesInForce.emplace(std::move(prefix), NamespaceBinding{std::string(uri), m_theElementStack.size()});
+  std::map<std::string, std::string>& declarations = m_theElementStack.back().namespaces;
+  if (m_theSpareDeclarations.empty()) {
+    declarations.emplace(prefix, std::string(uri));
+  } else {
+    auto node = std::move(m_theSpareDeclarations.back());
+    m_theSpareDeclarations.pop_back();
+    Zr::assignText(node.key(), prefix);
+    Zr::assignText(node.mapped(), uri);
+    declarations.insert(std::move(node));
+  }
+  if (m_theSpareBindings.empty()) {
+    m_theNamespacesInForce.emplace(prefix, NamespaceBinding{std::string(uri), m_theElementStack.size()});
+  } else {
+    auto node = std::move(m_theSpareBindings.back());
+    m_theSpareBindings.pop_back();
+    Zr::assignText(node.key(), prefix);
+    Zr::assignText(node.mapped().uri, uri);
+    node.mapped().depth = m_theElementStack.size();
+    m_theNamespacesInForce.insert(std::move(node));
+  }
 }
 
 std::map<std::string, std::string> ZrXmlFileReader::namespacesInForce(std::size_t index) const {
@@ -1793,11 +1815,12 @@ void ZrXmlFileReader::popElement() {
 void ZrXmlFileReader::withdrawDeclarations(std::map<std::string, std::string>& declarations) {
   if (declarations.empty()) return;
   for (const auto& declaration : declarations) {
-    m_theNamespacesInForce.erase(declaration.first);
+    auto binding = m_theNamespacesInForce.extract(declaration.first);
+    if (binding) m_theSpareBindings.push_back(std::move(binding));
     const std::uint64_t bytes = declarationBytes(declaration.first.size(), declaration.second.size());
     m_theDeclarationBytes -= std::min(bytes, m_theDeclarationBytes);
   }
-  declarations.clear();
+  while (!declarations.empty()) m_theSpareDeclarations.push_back(declarations.extract(declarations.begin()));
 }
 
 // ---------------------------------------------------------------------------------------------------------

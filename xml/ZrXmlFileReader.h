@@ -423,6 +423,11 @@ class ZrXmlFileReader {
     std::size_t depth;
   };
   std::unordered_map<std::string, NamespaceBinding> m_theNamespacesInForce;
+  // The nodes of withdrawn declarations, kept for the next ones: a document that declares a namespace on
+  // every record allocates nothing for it once warmed up. Not copied with the reader.
+  std::vector<std::unordered_map<std::string, NamespaceBinding>::node_type> m_theSpareBindings;
+  std::vector<std::map<std::string, std::string>::node_type> m_theSpareDeclarations;
+  std::string m_thePrefixKey;  // the prefix looked up, kept for its capacity
   bool m_theStreamExhausted;
   bool m_theSearchingEndTag;    // inside the search that a white-space-only tag started
   bool m_theLastEndTagPopped;   // the last end tag closed the innermost element

@@ -493,11 +493,19 @@ std::size_t ZrXmlWellFormednessChecker::checkName(std::string_view name) {
   return colon;
 }
 
-void ZrXmlWellFormednessChecker::checkPrefixDeclared(std::string_view prefix) const {
-  if (prefix == "xml") return;
-  const Declaration* declaration = prefix == "xmlns" ? nullptr : declared(prefix);
-  if (!declaration || declaration->uri.empty()) report("Prefix not declared: " + std::string(prefix));
+// The namespace a prefix stands for: "xml" its own, any other the URI declared for it in scope. A prefix
+// without one (and "xmlns", which is never declared) is reported, and stands for no namespace.
+inline std::string_view ZrXmlWellFormednessChecker::namespaceOfPrefix(std::string_view prefix) const {
+  if (prefix.size() == 3 && prefix == "xml") return theXmlNamespace;
+  if (prefix.size() != 5 || prefix != "xmlns") {
+    const Declaration* declaration = declared(prefix);
+    if (declaration && !declaration->uri.empty()) return declaration->uri;
+  }
+  report("Prefix not declared: " + std::string(prefix));
+  return std::string_view();
 }
+
+void ZrXmlWellFormednessChecker::checkPrefixDeclared(std::string_view prefix) const { namespaceOfPrefix(prefix); }
 
 void ZrXmlWellFormednessChecker::checkNamespaceDeclaration(std::string_view attribute, std::string_view uri) const {
   const std::string_view prefix = attribute.size() > 5 ? attribute.substr(6) : std::string_view();
@@ -598,14 +606,7 @@ void ZrXmlWellFormednessChecker::checkPrefixedAttributes() {
 
 // A prefixed attribute name with the namespace its prefix stands for; an undeclared prefix is reported.
 void ZrXmlWellFormednessChecker::addExpandedName(std::string_view written, std::size_t colon) {
-  const std::string_view prefix = written.substr(0, colon);
-  std::string_view uri = theXmlNamespace;
-  if (prefix != "xml") {
-    const Declaration* declaration = prefix == "xmlns" ? nullptr : declared(prefix);
-    if (!declaration || declaration->uri.empty()) report("Prefix not declared: " + std::string(prefix));
-    uri = declaration ? std::string_view(declaration->uri) : std::string_view();
-  }
-  m_theExpandedNames.push_back({uri, written.substr(colon + 1), written});
+  m_theExpandedNames.push_back({namespaceOfPrefix(written.substr(0, colon)), written.substr(colon + 1), written});
 }
 
 // Names written alike are reported as such; these are names written differently for one attribute.
@@ -627,23 +628,29 @@ void ZrXmlWellFormednessChecker::checkCleanStartTagInScope(std::string_view name
   checkRoot(name, depth);
   if (declares)
     for (std::size_t i = 0; i < count; ++i)
-      if (isXmlnsAttribute(attributes[i].name)) declare(attributes[i].name, attributes[i].value, depth);
-  if (prefixed) {
-    m_theExpandedNames.clear();
-    for (std::size_t i = 0; i < count; ++i)
-      if (attributes[i].colon != std::string_view::npos && !isXmlnsAttribute(attributes[i].name))
-        addExpandedName(attributes[i].name, attributes[i].colon);
-    // Few names: a look at each pair finds none twice far sooner than sorting them would.
-    bool twice = false;
-    const std::size_t names = m_theExpandedNames.size();
-    for (std::size_t i = 1; i < names && !twice; ++i)
-      for (std::size_t earlier = 0; earlier < i; ++earlier)
-        if (sameName(m_theExpandedNames[i].local, m_theExpandedNames[earlier].local) &&
-            m_theExpandedNames[i].uri == m_theExpandedNames[earlier].uri)
-          twice = true;
-    if (twice) reportExpandedTwice();
-  }
+      if (attributes[i].declaration) declare(attributes[i].name, attributes[i].value, depth);
+  if (prefixed) checkCleanPrefixedAttributes(count);
   noteOpenName(name, colon, depth);
+}
+
+// A clean tag's prefixed attributes: each prefix declared, and no two names standing for one attribute.
+// Few names: a look at each pair finds none twice far sooner than sorting them would.
+void ZrXmlWellFormednessChecker::checkCleanPrefixedAttributes(std::size_t count) {
+  ExpandedName* const names = m_theCleanExpandedNames;
+  std::size_t found = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    const CleanAttribute& attribute = m_theCleanAttributes[i];
+    if (attribute.colon == std::string_view::npos || attribute.declaration) continue;
+    names[found++] = {namespaceOfPrefix(attribute.name.substr(0, attribute.colon)),
+                      attribute.name.substr(attribute.colon + 1), attribute.name};
+  }
+  for (std::size_t i = 1; i < found; ++i)
+    for (std::size_t earlier = 0; earlier < i; ++earlier)
+      if (sameName(names[i].local, names[earlier].local) && names[i].uri == names[earlier].uri) {
+        m_theExpandedNames.assign(names, names + found);
+        reportExpandedTwice();
+        return;
+      }
 }
 
 // The element's name, of a valid form, at its depth: its prefix declared, unless the element before it

@@ -3,9 +3,9 @@
 
 #include <ZrXmlDocumentType.h>
 #include <ZrXmlSpareStack.h>
+#include <ZrTextAssign.h>
 
 #include <cstddef>
-#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -72,6 +72,7 @@ class ZrXmlWellFormednessChecker {
     std::string_view name;
     std::string_view value;
     std::size_t colon;
+    bool declaration;  // xmlns or xmlns:prefix
   };
   static const std::size_t theCleanAttributeLimit = 16;  // a tag with more goes the long way
   // Where the tokenizer puts a clean tag's attributes, kept here so that no tag initialises a list.
@@ -136,6 +137,8 @@ class ZrXmlWellFormednessChecker {
   const Declaration* lookUpDeclaration(std::string_view prefix) const;
   std::size_t checkName(std::string_view name);
   void checkPrefixDeclared(std::string_view prefix) const;
+  std::string_view namespaceOfPrefix(std::string_view prefix) const;
+  void checkCleanPrefixedAttributes(std::size_t count);
   void checkNamespaceDeclaration(std::string_view attribute, std::string_view uri) const;
   void pushDeclaration(std::string_view prefix, std::string_view uri, std::size_t depth);
   void popDeclaration();
@@ -200,12 +203,7 @@ class ZrXmlWellFormednessChecker {
   static const std::size_t theValidNames = 4;
   ValidName m_theValidNames[theValidNames];
   std::size_t m_theNextValidName = 0;  // the entry the next valid name replaces
-  // A string kept for its capacity takes a text of its own length in place: the names of one depth and
-  // the prefixes declared again and again mostly are.
-  static void assignText(std::string& to, std::string_view text) {
-    if (text.size() == to.size()) std::memcpy(&to[0], text.data(), text.size());
-    else to.assign(text.data(), text.size());
-  }
+  static void assignText(std::string& to, std::string_view text) { Zr::assignText(to, text); }
   static bool sameText(std::string_view one, const std::string& other) {
     if (one.size() != other.size()) return false;
     for (std::size_t i = 0; i < one.size(); ++i)
@@ -216,6 +214,7 @@ class ZrXmlWellFormednessChecker {
     std::string_view uri, local, written;
   };
   std::vector<ExpandedName> m_theExpandedNames;
+  ExpandedName m_theCleanExpandedNames[theCleanAttributeLimit];  // a clean tag's, kept so no tag initialises a list
   std::vector<std::pair<std::string_view, std::size_t>> m_theWrittenNames;  // name as written, position
 };
 
