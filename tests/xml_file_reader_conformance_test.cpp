@@ -3,6 +3,7 @@
 // kinds, which strict mode reads without a word and with the events they stand for.
 #include "xml_file_reader_trace.h"
 
+#include <ZrXmlCharacters.h>
 #include <ZrXmlWellFormednessChecker.h>
 #include <gtest/gtest.h>
 
@@ -197,6 +198,41 @@ TEST(ZrXmlFileReaderConformance, PrefixLookUpDoesNotDependOnTheDeclarationsInSco
   const ZrTest::Trace strict = traceIn(true, document);
   EXPECT_EQ(strict.messages, Messages());
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+}
+
+// Leading zeros do not count against a number's digits; what is left must be a code point.
+TEST(ZrXmlCharacters, CharacterReferenceNumbers) {
+  const std::pair<const char*, unsigned long> cases[] = {
+      {"#65", 65},
+      {"#x41", 0x41},
+      {"#0000000009", 9},
+      {"#x00000000A", 0xA},
+      {"#x0000000000000000000000000000000000000041", 0x41},
+      {"#x10FFFF", 0x10FFFF},
+      {"#x110000", 0},                 // above U+10FFFF
+      {"#x0000000110000", 0},          // the same after its zeros
+      {"#1114112", 0},                 // U+110000 in decimal
+      {"#99999999999999999999999", 0},  // would overflow
+      {"#xFFFFFFFFFFFFFFFF41", 0},
+      {"#x", 0},
+      {"#", 0},
+      {"#x4G", 0},
+      {"#X41", 0},  // the 'x' is lower case only
+  };
+  for (const auto& c : cases) EXPECT_EQ(ZrXmlCharacters::characterReferenceCode(c.first), c.second) << c.first;
+}
+
+// The forgiving mode, told to expand references, takes the same numbers.
+TEST(ZrXmlFileReaderConformance, CharacterReferencesWithLeadingZerosInBothModes) {
+  const std::string document = "<r a=\"&#x0000000000000041;\">&#0000000066;&#x000043;</r>";
+  ZrXmlFileReader::setDefaultExpandReferences(true);
+  const ZrTest::Trace forgiving = traceIn(false, document);
+  ZrXmlFileReader::setDefaultExpandReferences(false);
+  const ZrTest::Trace strict = traceIn(true, document);
+  for (const ZrTest::Trace& trace : {forgiving, strict}) {
+    EXPECT_EQ(trace.messages, Messages());
+    EXPECT_EQ(trace.events, (std::vector<std::string>{"1 r a=A", "4 r 'BC'", "0"}));
+  }
 }
 
 TEST(ZrXmlWellFormednessChecker, NameTokensAndNames) {
