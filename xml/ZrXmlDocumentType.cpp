@@ -4,6 +4,7 @@
 
 #include "ZrXmlWellFormednessChecker.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -19,6 +20,12 @@ bool endsName(char c) {
     default:
       return isWhite(c);
   }
+}
+
+// A name without ':' (namespaces leave no room for one), and not "xml" in any case, which is reserved.
+bool isProcessingInstructionTarget(std::string_view target) {
+  if (!ZrXmlWellFormednessChecker::isName(target) || target.find(':') != std::string_view::npos) return false;
+  return !(target.size() == 3 && (target[0] | 0x20) == 'x' && (target[1] | 0x20) == 'm' && (target[2] | 0x20) == 'l');
 }
 
 bool isPublicIdChar(char c) {
@@ -137,12 +144,13 @@ void ZrXmlDocumentType::parseSubset(Cursor& in) {
         in.at = end + 3;
       }
     } else if (in.takes("<?")) {
-      const std::size_t end = in.text.find("?>", in.at);
-      const std::string_view target = in.name();
-      if (target.empty() || !ZrXmlWellFormednessChecker::isName(target) ||
-          (target.size() == 3 && (target[0] | 0x20) == 'x' && (target[1] | 0x20) == 'm' && (target[2] | 0x20) == 'l'))
-        fault("Invalid processing instruction target: " + std::string(target));
-      in.at = end == std::string_view::npos ? in.text.size() : end + 2;
+      const std::size_t end = std::min(in.text.find("?>", in.at), in.text.size());
+      // The target is all up to white space or "?>": a character that may not stand in a name spoils it.
+      std::size_t targetEnd = in.at;
+      while (targetEnd < end && !isWhite(in.text[targetEnd])) ++targetEnd;
+      const std::string_view target = in.text.substr(in.at, targetEnd - in.at);
+      if (!isProcessingInstructionTarget(target)) fault("Invalid processing instruction target: " + std::string(target));
+      in.at = end == in.text.size() ? end : end + 2;
     } else if (in.peek() == '%') {
       ++in.at;
       const std::string_view name = in.name();
@@ -413,7 +421,8 @@ bool ZrXmlDocumentType::replacementText(std::string_view value, std::string& rep
 void ZrXmlDocumentType::parseNotation(Cursor& in) {
   const bool white = in.skipWhite();
   const std::string_view name = in.name();
-  if (!white || !ZrXmlWellFormednessChecker::isName(name)) fault("Invalid name: " + std::string(name));
+  if (!white || !ZrXmlWellFormednessChecker::isName(name) || name.find(':') != std::string_view::npos)
+    fault("Invalid name: " + std::string(name));
   if (!in.skipWhite() || !parseExternalId(in, true)) {
     skipToDeclarationEnd(in);
     return;
