@@ -55,6 +55,9 @@ TEST(ZrXmlFileReaderConformance, EachRuleIsReportedInStrictModeOnly) {
     std::string strictFault;  // among the strict messages, beside those of the forgiving mode
     int line = 1;
   };
+  // Two defaults naming the entity of a million copies: the first passes the limit, the second is let be.
+  const std::string laughsInDefault =
+      laughs(6).replace(laughs(6).find("]>"), 2, "<!ATTLIST r x CDATA '&e6;' y CDATA '&e6;'>]>");
   const std::string latin1InUtf8 = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r>caf\xE9</r>";
   const Case cases[] = {
       // encodings
@@ -114,6 +117,11 @@ TEST(ZrXmlFileReaderConformance, EachRuleIsReportedInStrictModeOnly) {
       {"undefined entity", "<!DOCTYPE r [<!ELEMENT r ANY>]><r>&e;</r>", "Undefined entity reference: &e;"},
       {"entity that refers to itself", "<!DOCTYPE r [<!ENTITY a \"&b;\"><!ENTITY b \"&a;\">]><r>&a;</r>",
        "Entity refers to itself: &a;"},
+      {"entity that refers to itself through a default value never taken",
+       "<!DOCTYPE r [<!ENTITY a \"&b;\"><!ENTITY b \"&a;\"><!ATTLIST r x CDATA #FIXED \"&a;\">]><r/>",
+       "Entity refers to itself: &a;"},
+      {"entity bringing '<' into a default value", "<!DOCTYPE r [<!ENTITY l \"&#60;\"><!ATTLIST r x CDATA \"&l;\">]><r/>",
+       "'<' not allowed in attribute value."},
       {"reference to an unparsed entity",
        "<!DOCTYPE r [<!NOTATION n SYSTEM \"n\"><!ENTITY u SYSTEM \"u\" NDATA n>]><r>&u;</r>",
        "Reference to an unparsed entity: &u;"},
@@ -124,6 +132,8 @@ TEST(ZrXmlFileReaderConformance, EachRuleIsReportedInStrictModeOnly) {
       // the expansion limit: 10^6 copies of a ten-byte text
       {"entity that expands a million times", laughs(6),
        "Entity expansion passes 1000000 bytes: &e6; and the references after it are not expanded."},
+      {"default value that expands a million times", laughsInDefault,
+       "Entity expansion passes 1000000 bytes in a default value: &e6;"},
   };
   for (const Case& c : cases) {
     const Messages forgiving = traceIn(false, c.document).messages;

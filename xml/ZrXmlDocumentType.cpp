@@ -80,8 +80,10 @@ const ZrXmlDocumentType::Entity* ZrXmlDocumentType::entity(std::string_view name
   return found == m_theEntities.end() ? nullptr : &found->second;
 }
 
-void ZrXmlDocumentType::parse(std::string_view text, const Report& report) {
+void ZrXmlDocumentType::parse(std::string_view text, const Report& report, std::uint64_t expansionLimit) {
   m_theReport = &report;
+  m_theExpansionLimit = expansionLimit;
+  m_theDefaultsExpanded = 0;
   Cursor in{text, 0};
   in.takes("!DOCTYPE");
   const bool white = in.skipWhite();
@@ -331,8 +333,21 @@ bool ZrXmlDocumentType::parseDefaultValue(Cursor& in) {
       fault("Undefined entity reference: &" + std::string(name) + ";");
     else if (declared && (declared->external || declared->unparsed))
       fault("External entity referenced in attribute value: &" + std::string(name) + ";");
+    else if (declared)
+      expandDefault(name);
   }
   return true;
+}
+
+// Expands an internal entity referred to in a default value, for the faults on the way; what it stands
+// for is not kept. Past the limit the default values' references are no longer expanded.
+void ZrXmlDocumentType::expandDefault(std::string_view name) {
+  if (m_theDefaultsExpanded > m_theExpansionLimit) return;
+  std::string expansion;
+  if (expand(name, true, expansion, m_theDefaultsExpanded, m_theExpansionLimit, *m_theReport)) return;
+  // expand stopped with the count past the limit: this is reported once.
+  fault("Entity expansion passes " + std::to_string(m_theExpansionLimit) + " bytes in a default value: &" +
+        std::string(name) + ";");
 }
 
 void ZrXmlDocumentType::parseEntity(Cursor& in) {

@@ -22,8 +22,11 @@ class ZrXmlDocumentType {
   };
   typedef std::function<void(const std::string& fault)> Report;
 
-  // `text` is the declaration between "<!" and the closing '>'.
-  void parse(std::string_view text, const Report& report);
+  // `text` is the declaration between "<!" and the closing '>'. Attributes' default values are
+  // expanded once as they are declared, so that their faults (an entity that refers to itself, '<'
+  // brought in) are found even when no element takes the default; all of them together expand at most
+  // `expansionLimit` bytes of replacement text.
+  void parse(std::string_view text, const Report& report, std::uint64_t expansionLimit);
 
   // The general entity of that name, or null.
   const Entity* entity(std::string_view name) const;
@@ -60,6 +63,7 @@ class ZrXmlDocumentType {
   void parseAttributeList(Cursor& in);
   bool parseAttributeType(Cursor& in);
   bool parseDefaultValue(Cursor& in);
+  void expandDefault(std::string_view name);
   void parseEntity(Cursor& in);
   void parseNotation(Cursor& in);
   bool parseExternalId(Cursor& in, bool publicIdAlone);
@@ -73,6 +77,9 @@ class ZrXmlDocumentType {
   bool m_theExternalSubset = false;
   bool m_theParameterReferenced = false;
   const Report* m_theReport = nullptr;
+  // The default values' expansion while the declaration is parsed: its limit and the bytes used so far.
+  std::uint64_t m_theExpansionLimit = 0;
+  std::uint64_t m_theDefaultsExpanded = 0;
 };
 
 #endif

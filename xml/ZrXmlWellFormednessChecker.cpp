@@ -704,7 +704,7 @@ void ZrXmlWellFormednessChecker::checkDoctype(std::string_view text) {
   const bool first = !m_theDoctypeSeen;
   m_theDoctypeSeen = true;
   std::unique_ptr<ZrXmlDocumentType> documentType(new ZrXmlDocumentType());
-  documentType->parse(text, [this](const std::string& fault) { report(fault); });
+  documentType->parse(text, [this](const std::string& fault) { report(fault); }, m_theReader->maxEntityExpansion());
   if (first && !m_theRootSeen) m_theDocumentType = std::move(documentType);
 }
 
