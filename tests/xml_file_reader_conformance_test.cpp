@@ -23,6 +23,11 @@ std::string fault(const std::string& rule, int line = 1) {
   return "file not well formed.\n\t" + rule + "@" + std::to_string(line);
 }
 
+// The fault of an entity whose replacement text is no content, with what is wrong in it.
+std::string content(const std::string& entity, const std::string& what) {
+  return "Entity's replacement text is not well-formed content: &" + entity + ";\n\t" + what;
+}
+
 // A document in UTF-16 of the given byte order, with its byte-order mark, from ASCII text and the code
 // units of `units` put in where `text` holds '#'.
 std::string utf16(const std::string& text, bool bigEndian, std::vector<unsigned> units = {}) {
@@ -122,6 +127,24 @@ TEST(ZrXmlFileReaderConformance, EachRuleIsReportedInStrictModeOnly) {
        "Entity refers to itself: &a;"},
       {"entity bringing '<' into a default value", "<!DOCTYPE r [<!ENTITY l \"&#60;\"><!ATTLIST r x CDATA \"&l;\">]><r/>",
        "'<' not allowed in attribute value."},
+      // an entity referred to in content holds content: each is checked on its own, once
+      {"entity closing an element it did not open", "<!DOCTYPE r [<!ENTITY e \"</a><a>\">]><r><a>&e;&e;</a></r>",
+       content("e", "End tag without its start tag: </a>")},
+      {"entity opening an element it does not close", "<!DOCTYPE r [<!ENTITY e \"&#60;a>\">]><r>&e;</r>",
+       content("e", "Element not closed: a")},
+      {"entity opening a comment that the document closes",
+       "<!DOCTYPE r [<!ENTITY e \"&#60;!--\">]><r>&e;--></r>", content("e", "Markup not closed within the entity: <!--")},
+      {"'<' in a value of a tag in an entity", "<!DOCTYPE r [<!ENTITY e \"<a x='&#60;'/>\">]><r>&e;</r>",
+       content("e", "'<' not allowed in attribute value.")},
+      {"XML declaration in an entity", "<!DOCTYPE r [<!ENTITY e \"<?xml version='1.0'?>\">]><r>&e;</r>",
+       content("e", "Invalid processing instruction target: xml")},
+      {"nested entity closing its parent's element",
+       "<!DOCTYPE r [<!ENTITY f \"</a>\"><!ENTITY e \"<a>&f;\">]><r>&e;</r>",
+       content("f", "End tag without its start tag: </a>")},
+      {"entity that refers to itself in a value of its tag", "<!DOCTYPE r [<!ENTITY e \"<a x='&e;'/>\">]><r>&e;</r>",
+       "Entity refers to itself: &e;"},
+      {"character reference to no character brought in by '&#38;'", "<!DOCTYPE r [<!ENTITY e \"&#38;#1;\">]><r>&e;</r>",
+       "Invalid character reference: &#1;"},
       {"reference to an unparsed entity",
        "<!DOCTYPE r [<!NOTATION n SYSTEM \"n\"><!ENTITY u SYSTEM \"u\" NDATA n>]><r>&u;</r>",
        "Reference to an unparsed entity: &u;"},
@@ -179,6 +202,12 @@ TEST(ZrXmlFileReaderConformance, WellFormedDocumentsPassWithTheirEvents) {
        "<?pi a > b?>\n<!-- c ] > -->\n]>\n<r id=\"i\">&ext;</r>",
        {"1 r id=i", "4 r '&ext;'", "0"}},
       {"subset targets followed by '?>' or white space", "<!DOCTYPE r [<?t?><?t-2.x\td?>]><r/>", {"3 r", "0"}},
+      {"entity holding markup: taken as characters, its CDATA section's '&' no reference",
+       "<!DOCTYPE r [<!ENTITY q 'v'><!ENTITY e \"<a x='&amp;&q;'>t<!--&c;--><?p &d;?><![CDATA[&foo;]]></a><b/>\">]>"
+       "<r>&e;&e;</r>",
+       {"1 r", "4 r '<a x='&amp;&q;'>t<!--&c;--><?p &d;?><![CDATA[&foo;]]></a><b/><a x='&amp;&q;'>t<!--&c;--><?p &d;?>"
+               "<![CDATA[&foo;]]></a><b/>'",
+        "0"}},
       {"external subset: undeclared entities are no fault", "<!DOCTYPE r SYSTEM \"r.dtd\"><r>&nbsp;</r>",
        {"1 r", "4 r '&nbsp;'", "0"}},
       {"parameter entity between declarations", "<!DOCTYPE r [<!ENTITY % p \"\"> %p; <!ENTITY e 'x'>]><r>&e;</r>",
