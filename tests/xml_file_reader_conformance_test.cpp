@@ -99,6 +99,15 @@ TEST(ZrXmlFileReaderConformance, EachRuleIsReportedInStrictModeOnly) {
       {"attribute name starting with a middle dot", "<r \xC2\xB7=\"1\"/>", "Invalid name: \xC2\xB7"},
       {"end tag with another prefix for the same namespace", "<a:x xmlns:a=\"u\" xmlns:b=\"u\"></b:x>",
        "End tag does not match start tag: </b:x> closes <a:x>"},
+      // namespace names are the characters their references stand for
+      {"one namespace written with and without a character reference",
+       "<r xmlns:a=\"u~\" xmlns:b=\"u&#x7E;\"><e a:x=\"1\" b:x=\"2\"/></r>", "Attribute specified twice: b:x"},
+      {"one namespace written with an entity",
+       "<!DOCTYPE r [<!ENTITY t \"~\">]><r xmlns:a=\"u~\" xmlns:b=\"u&t;\"><e a:x=\"1\" b:x=\"2\"/></r>",
+       "Attribute specified twice: b:x"},
+      {"reserved namespace written with a reference", "<r xmlns:x=\"http://www.w3.org/XML/1998/&#x6E;amespace\"/>",
+       "Namespace declaration not allowed: xmlns:x"},
+      {"undefined entity in a namespace name", "<r xmlns:a=\"&u;x\"><a:e/></r>", "Undefined entity reference: &u;"},
       // the internal subset
       {"content model mixing ',' and '|'", "<!DOCTYPE r [<!ELEMENT r (a,b|c)>]><r/>", "Malformed element declaration."},
       {"mixed content without '*'", "<!DOCTYPE r [<!ELEMENT r (#PCDATA|a)>]><r/>", "Malformed element declaration."},
@@ -208,6 +217,8 @@ TEST(ZrXmlFileReaderConformance, WellFormedDocumentsPassWithTheirEvents) {
        {"1 r", "4 r '<a x='&amp;&q;'>t<!--&c;--><?p &d;?><![CDATA[&foo;]]></a><b/><a x='&amp;&q;'>t<!--&c;--><?p &d;?>"
                "<![CDATA[&foo;]]></a><b/>'",
         "0"}},
+      {"namespaces told apart after their references", "<r xmlns:a=\"u&#x7E;\" xmlns:b=\"u&amp;\"><a:e a:x=\"1\" b:x=\"2\"/></r>",
+       {"1 r", "3 e x=1", "2 r", "0"}},
       {"external subset: undeclared entities are no fault", "<!DOCTYPE r SYSTEM \"r.dtd\"><r>&nbsp;</r>",
        {"1 r", "4 r '&nbsp;'", "0"}},
       {"parameter entity between declarations", "<!DOCTYPE r [<!ENTITY % p \"\"> %p; <!ENTITY e 'x'>]><r>&e;</r>",

@@ -720,3 +720,46 @@ std::string ZrXmlDocumentType::attributeValueFault(std::string_view value, std::
   }
   return {};
 }
+
+// ---- a value with its references expanded ----
+
+void ZrXmlDocumentType::expandValue(const ZrXmlDocumentType* declared, std::string_view value, std::string& out,
+                                    std::uint64_t& produced, std::uint64_t limit, const Report& report) {
+  for (std::size_t at = 0; at < value.size();) {
+    const std::size_t amp = value.find('&', at);
+    out.append(value.substr(at, amp == npos ? npos : amp - at));
+    if (amp == npos) return;
+    const std::size_t semicolon = value.find(';', amp);
+    if (semicolon == npos || semicolon == amp + 1) {
+      report("'&' not followed by a reference.");
+      out += '&';
+      at = amp + 1;
+      continue;
+    }
+    const std::string_view name = value.substr(amp + 1, semicolon - amp - 1);
+    const std::string_view written = value.substr(amp, semicolon + 1 - amp);
+    at = semicolon + 1;
+    if (name[0] == '#') {
+      const unsigned long code = ZrXmlCharacters::characterReferenceCode(name);
+      if (ZrXmlCharacters::isXmlChar(code)) {
+        ZrXmlCharacters::appendUtf8(out, code);
+      } else {
+        report("Invalid character reference: " + std::string(written));
+        out.append(written);
+      }
+    } else if (const char* predefined = predefinedEntity(name)) {
+      out += predefined;
+    } else if (!declared) {
+      report("Undefined entity reference: " + std::string(written));
+      out.append(written);
+    } else if (produced > limit) {
+      out.append(written);  // past the limit, which was reported when it was passed
+    } else {
+      const std::size_t before = out.size();
+      if (declared->expand(name, true, out, produced, limit, report)) continue;
+      out.resize(before);
+      out.append(written);
+      report("Entity expansion passes " + std::to_string(limit) + " bytes: " + std::string(written));
+    }
+  }
+}

@@ -46,6 +46,13 @@ class ZrXmlDocumentType {
   bool expand(std::string_view name, bool inAttribute, std::string& out, std::uint64_t& produced,
               std::uint64_t limit, const Report& report) const;
 
+  // Appends an attribute value with its references expanded, for a check that compares what they stand
+  // for (a namespace's name): character references, the predefined entities and the internal entities of
+  // `declared`, which may be null. Faults are reported and the reference is kept as written; so are the
+  // entities once `produced` has passed `limit` (reported when it passes).
+  static void expandValue(const ZrXmlDocumentType* declared, std::string_view value, std::string& out,
+                          std::uint64_t& produced, std::uint64_t limit, const Report& report);
+
   // Whether a reference to an undeclared entity is allowed: the declarations may not all have been read
   // (an external subset, or a parameter-entity reference in the internal one).
   bool declarationsIncomplete() const { return m_theExternalSubset || m_theParameterReferenced; }
