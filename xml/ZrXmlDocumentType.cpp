@@ -485,6 +485,14 @@ std::size_t markupEnd(std::string_view text, std::size_t at) {
   return npos;
 }
 
+// The first bytes of a text, for a message: no more than 16, and no character cut in two.
+std::string_view excerpt(std::string_view text) {
+  std::size_t size = std::min<std::size_t>(text.size(), 16);
+  if (size < text.size())
+    while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) --size;
+  return text.substr(0, size);
+}
+
 std::string_view trimTrailingWhite(std::string_view text) {
   while (!text.empty() && isWhite(text.back())) text.remove_suffix(1);
   return text;
@@ -606,7 +614,7 @@ bool ZrXmlDocumentType::checkContent(std::string_view name, const Entity& entity
     }
     const std::size_t end = markupEnd(text, at);
     if (end == npos) {
-      what = "Markup not closed within the entity: " + std::string(text.substr(at, 16));
+      what = "Markup not closed within the entity: " + std::string(excerpt(text.substr(at)));
       break;
     }
     what = markupFault(text.substr(at, end - at), open, produced, limit, report, stopped);
