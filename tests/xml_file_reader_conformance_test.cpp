@@ -3,6 +3,7 @@
 // kinds, which strict mode reads without a word and with the events they stand for.
 #include "xml_file_reader_trace.h"
 
+#include <ZrXmlCharacters.h>
 #include <ZrXmlWellFormednessChecker.h>
 #include <gtest/gtest.h>
 
@@ -20,6 +21,11 @@ using ZrTest::traceIn;
 
 std::string fault(const std::string& rule, int line = 1) {
   return "file not well formed.\n\t" + rule + "@" + std::to_string(line);
+}
+
+// The fault of an entity whose replacement text is no content, with what is wrong in it.
+std::string content(const std::string& entity, const std::string& what) {
+  return "Entity's replacement text is not well-formed content: &" + entity + ";\n\t" + what;
 }
 
 // A document in UTF-16 of the given byte order, with its byte-order mark, from ASCII text and the code
@@ -54,6 +60,9 @@ TEST(ZrXmlFileReaderConformance, EachRuleIsReportedInStrictModeOnly) {
     std::string strictFault;  // among the strict messages, beside those of the forgiving mode
     int line = 1;
   };
+  // Two defaults naming the entity of a million copies: the first passes the limit, the second is let be.
+  const std::string laughsInDefault =
+      laughs(6).replace(laughs(6).find("]>"), 2, "<!ATTLIST r x CDATA '&e6;' y CDATA '&e6;'>]>");
   const std::string latin1InUtf8 = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r>caf\xE9</r>";
   const Case cases[] = {
       // encodings
@@ -90,6 +99,15 @@ TEST(ZrXmlFileReaderConformance, EachRuleIsReportedInStrictModeOnly) {
       {"attribute name starting with a middle dot", "<r \xC2\xB7=\"1\"/>", "Invalid name: \xC2\xB7"},
       {"end tag with another prefix for the same namespace", "<a:x xmlns:a=\"u\" xmlns:b=\"u\"></b:x>",
        "End tag does not match start tag: </b:x> closes <a:x>"},
+      // namespace names are the characters their references stand for
+      {"one namespace written with and without a character reference",
+       "<r xmlns:a=\"u~\" xmlns:b=\"u&#x7E;\"><e a:x=\"1\" b:x=\"2\"/></r>", "Attribute specified twice: b:x"},
+      {"one namespace written with an entity",
+       "<!DOCTYPE r [<!ENTITY t \"~\">]><r xmlns:a=\"u~\" xmlns:b=\"u&t;\"><e a:x=\"1\" b:x=\"2\"/></r>",
+       "Attribute specified twice: b:x"},
+      {"reserved namespace written with a reference", "<r xmlns:x=\"http://www.w3.org/XML/1998/&#x6E;amespace\"/>",
+       "Namespace declaration not allowed: xmlns:x"},
+      {"undefined entity in a namespace name", "<r xmlns:a=\"&u;x\"><a:e/></r>", "Undefined entity reference: &u;"},
       // the internal subset
       {"content model mixing ',' and '|'", "<!DOCTYPE r [<!ELEMENT r (a,b|c)>]><r/>", "Malformed element declaration."},
       {"mixed content without '*'", "<!DOCTYPE r [<!ELEMENT r (#PCDATA|a)>]><r/>", "Malformed element declaration."},
@@ -104,10 +122,41 @@ TEST(ZrXmlFileReaderConformance, EachRuleIsReportedInStrictModeOnly) {
        "Character not allowed in a public identifier: {"},
       {"comment with -- in the subset", "<!DOCTYPE r [<!-- a -- b -->]><r/>", "Comment contains extra -- in it."},
       {"reserved target in the subset", "<!DOCTYPE r [<?xml x?>]><r/>", "Invalid processing instruction target: xml"},
+      {"subset target running into a character of no name", "<!DOCTYPE r [<?bad-pi+?>]><r/>",
+       "Invalid processing instruction target: bad-pi+"},
+      {"subset target holding a ':'", "<!DOCTYPE r [<?a:b x?>]><r/>", "Invalid processing instruction target: a:b"},
+      {"target running into a character of no name", "<r><?_)?></r>", "Invalid name: _)"},
+      {"notation name holding a ':'", "<!DOCTYPE r [<!NOTATION a:b SYSTEM \"n\">]><r/>", "Invalid name: a:b"},
       {"undefined parameter entity", "<!DOCTYPE r [%p;]><r/>", "Undefined parameter entity: %p;"},
       {"undefined entity", "<!DOCTYPE r [<!ELEMENT r ANY>]><r>&e;</r>", "Undefined entity reference: &e;"},
       {"entity that refers to itself", "<!DOCTYPE r [<!ENTITY a \"&b;\"><!ENTITY b \"&a;\">]><r>&a;</r>",
        "Entity refers to itself: &a;"},
+      {"entity that refers to itself through a default value never taken",
+       "<!DOCTYPE r [<!ENTITY a \"&b;\"><!ENTITY b \"&a;\"><!ATTLIST r x CDATA #FIXED \"&a;\">]><r/>",
+       "Entity refers to itself: &a;"},
+      {"entity bringing '<' into a default value", "<!DOCTYPE r [<!ENTITY l \"&#60;\"><!ATTLIST r x CDATA \"&l;\">]><r/>",
+       "'<' not allowed in attribute value."},
+      // an entity referred to in content holds content: each is checked on its own, once
+      {"entity closing an element it did not open", "<!DOCTYPE r [<!ENTITY e \"</a><a>\">]><r><a>&e;&e;</a></r>",
+       content("e", "End tag without its start tag: </a>")},
+      {"entity opening an element it does not close", "<!DOCTYPE r [<!ENTITY e \"&#60;a>\">]><r>&e;</r>",
+       content("e", "Element not closed: a")},
+      {"entity opening a comment that the document closes",
+       "<!DOCTYPE r [<!ENTITY e \"&#60;!--\">]><r>&e;--></r>", content("e", "Markup not closed within the entity: <!--")},
+      {"entity ending inside a tag: the excerpt cuts no character",
+       "<!DOCTYPE r [<!ENTITY e \"<a  b='\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\">]><r>&e;</r>",
+       content("e", "Markup not closed within the entity: <a  b='\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9")},
+      {"'<' in a value of a tag in an entity", "<!DOCTYPE r [<!ENTITY e \"<a x='&#60;'/>\">]><r>&e;</r>",
+       content("e", "'<' not allowed in attribute value.")},
+      {"XML declaration in an entity", "<!DOCTYPE r [<!ENTITY e \"<?xml version='1.0'?>\">]><r>&e;</r>",
+       content("e", "Invalid processing instruction target: xml")},
+      {"nested entity closing its parent's element",
+       "<!DOCTYPE r [<!ENTITY f \"</a>\"><!ENTITY e \"<a>&f;\">]><r>&e;</r>",
+       content("f", "End tag without its start tag: </a>")},
+      {"entity that refers to itself in a value of its tag", "<!DOCTYPE r [<!ENTITY e \"<a x='&e;'/>\">]><r>&e;</r>",
+       "Entity refers to itself: &e;"},
+      {"character reference to no character brought in by '&#38;'", "<!DOCTYPE r [<!ENTITY e \"&#38;#1;\">]><r>&e;</r>",
+       "Invalid character reference: &#1;"},
       {"reference to an unparsed entity",
        "<!DOCTYPE r [<!NOTATION n SYSTEM \"n\"><!ENTITY u SYSTEM \"u\" NDATA n>]><r>&u;</r>",
        "Reference to an unparsed entity: &u;"},
@@ -118,6 +167,8 @@ TEST(ZrXmlFileReaderConformance, EachRuleIsReportedInStrictModeOnly) {
       // the expansion limit: 10^6 copies of a ten-byte text
       {"entity that expands a million times", laughs(6),
        "Entity expansion passes 1000000 bytes: &e6; and the references after it are not expanded."},
+      {"default value that expands a million times", laughsInDefault,
+       "Entity expansion passes 1000000 bytes in a default value: &e6;"},
   };
   for (const Case& c : cases) {
     const Messages forgiving = traceIn(false, c.document).messages;
@@ -162,6 +213,15 @@ TEST(ZrXmlFileReaderConformance, WellFormedDocumentsPassWithTheirEvents) {
        "<!NOTATION png PUBLIC \"image/png\">\n<!ENTITY % p \"x\">\n<!ENTITY ext SYSTEM \"e.xml\">\n"
        "<?pi a > b?>\n<!-- c ] > -->\n]>\n<r id=\"i\">&ext;</r>",
        {"1 r id=i", "4 r '&ext;'", "0"}},
+      {"subset targets followed by '?>' or white space", "<!DOCTYPE r [<?t?><?t-2.x\td?>]><r/>", {"3 r", "0"}},
+      {"entity holding markup: taken as characters, its CDATA section's '&' no reference",
+       "<!DOCTYPE r [<!ENTITY q 'v'><!ENTITY e \"<a x='&amp;&q;'>t<!--&c;--><?p &d;?><![CDATA[&foo;]]></a><b/>\">]>"
+       "<r>&e;&e;</r>",
+       {"1 r", "4 r '<a x='&amp;&q;'>t<!--&c;--><?p &d;?><![CDATA[&foo;]]></a><b/><a x='&amp;&q;'>t<!--&c;--><?p &d;?>"
+               "<![CDATA[&foo;]]></a><b/>'",
+        "0"}},
+      {"namespaces told apart after their references", "<r xmlns:a=\"u&#x7E;\" xmlns:b=\"u&amp;\"><a:e a:x=\"1\" b:x=\"2\"/></r>",
+       {"1 r", "3 e x=1", "2 r", "0"}},
       {"external subset: undeclared entities are no fault", "<!DOCTYPE r SYSTEM \"r.dtd\"><r>&nbsp;</r>",
        {"1 r", "4 r '&nbsp;'", "0"}},
       {"parameter entity between declarations", "<!DOCTYPE r [<!ENTITY % p \"\"> %p; <!ENTITY e 'x'>]><r>&e;</r>",
@@ -197,6 +257,41 @@ TEST(ZrXmlFileReaderConformance, PrefixLookUpDoesNotDependOnTheDeclarationsInSco
   const ZrTest::Trace strict = traceIn(true, document);
   EXPECT_EQ(strict.messages, Messages());
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+}
+
+// Leading zeros do not count against a number's digits; what is left must be a code point.
+TEST(ZrXmlCharacters, CharacterReferenceNumbers) {
+  const std::pair<const char*, unsigned long> cases[] = {
+      {"#65", 65},
+      {"#x41", 0x41},
+      {"#0000000009", 9},
+      {"#x00000000A", 0xA},
+      {"#x0000000000000000000000000000000000000041", 0x41},
+      {"#x10FFFF", 0x10FFFF},
+      {"#x110000", 0},                 // above U+10FFFF
+      {"#x0000000110000", 0},          // the same after its zeros
+      {"#1114112", 0},                 // U+110000 in decimal
+      {"#99999999999999999999999", 0},  // would overflow
+      {"#xFFFFFFFFFFFFFFFF41", 0},
+      {"#x", 0},
+      {"#", 0},
+      {"#x4G", 0},
+      {"#X41", 0},  // the 'x' is lower case only
+  };
+  for (const auto& c : cases) EXPECT_EQ(ZrXmlCharacters::characterReferenceCode(c.first), c.second) << c.first;
+}
+
+// The forgiving mode, told to expand references, takes the same numbers.
+TEST(ZrXmlFileReaderConformance, CharacterReferencesWithLeadingZerosInBothModes) {
+  const std::string document = "<r a=\"&#x0000000000000041;\">&#0000000066;&#x000043;</r>";
+  ZrXmlFileReader::setDefaultExpandReferences(true);
+  const ZrTest::Trace forgiving = traceIn(false, document);
+  ZrXmlFileReader::setDefaultExpandReferences(false);
+  const ZrTest::Trace strict = traceIn(true, document);
+  for (const ZrTest::Trace& trace : {forgiving, strict}) {
+    EXPECT_EQ(trace.messages, Messages());
+    EXPECT_EQ(trace.events, (std::vector<std::string>{"1 r a=A", "4 r 'BC'", "0"}));
+  }
 }
 
 TEST(ZrXmlWellFormednessChecker, NameTokensAndNames) {

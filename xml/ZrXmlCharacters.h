@@ -14,11 +14,17 @@ inline bool isXmlChar(unsigned long code) {
          (code >= 0xE000 && code <= 0xFFFD) || (code >= 0x10000 && code <= 0x10FFFF);
 }
 
-// The number of a character reference, "#65" or "#x41" (without '&' and ';'); 0 when it is none.
+// The number of a character reference, "#65" or "#x41" (without '&' and ';'); 0 when it is none or
+// above U+10FFFF. Leading zeros are allowed in any number ("#x000041" is 'A'); past them, eight digits
+// are more than any character needs, so a longer number is refused before it could overflow.
 inline unsigned long characterReferenceCode(std::string_view name) {
   const bool hex = name.size() > 1 && name[1] == 'x';
-  const std::string_view digits = name.substr(hex ? 2 : 1);
-  if (digits.empty() || digits.size() > 8) return 0;
+  std::string_view digits = name.substr(hex ? 2 : 1);
+  if (digits.empty()) return 0;
+  std::size_t zeros = 0;
+  while (zeros < digits.size() && digits[zeros] == '0') ++zeros;
+  digits.remove_prefix(zeros);
+  if (digits.size() > 8) return 0;
   unsigned long code = 0;
   for (char c : digits) {
     unsigned digit;
@@ -28,7 +34,7 @@ inline unsigned long characterReferenceCode(std::string_view name) {
     else return 0;
     code = code * (hex ? 16 : 10) + digit;
   }
-  return code;
+  return code <= 0x10FFFF ? code : 0;
 }
 
 // The UTF-8 form of a code point into out[0, 4); returns its length.

@@ -4,6 +4,7 @@
 
 #include "ZrXmlWellFormednessChecker.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -19,6 +20,12 @@ bool endsName(char c) {
     default:
       return isWhite(c);
   }
+}
+
+// A name without ':' (namespaces leave no room for one), and not "xml" in any case, which is reserved.
+bool isProcessingInstructionTarget(std::string_view target) {
+  if (!ZrXmlWellFormednessChecker::isName(target) || target.find(':') != std::string_view::npos) return false;
+  return !(target.size() == 3 && (target[0] | 0x20) == 'x' && (target[1] | 0x20) == 'm' && (target[2] | 0x20) == 'l');
 }
 
 bool isPublicIdChar(char c) {
@@ -73,8 +80,10 @@ const ZrXmlDocumentType::Entity* ZrXmlDocumentType::entity(std::string_view name
   return found == m_theEntities.end() ? nullptr : &found->second;
 }
 
-void ZrXmlDocumentType::parse(std::string_view text, const Report& report) {
+void ZrXmlDocumentType::parse(std::string_view text, const Report& report, std::uint64_t expansionLimit) {
   m_theReport = &report;
+  m_theExpansionLimit = expansionLimit;
+  m_theDefaultsExpanded = 0;
   Cursor in{text, 0};
   in.takes("!DOCTYPE");
   const bool white = in.skipWhite();
@@ -137,12 +146,13 @@ void ZrXmlDocumentType::parseSubset(Cursor& in) {
         in.at = end + 3;
       }
     } else if (in.takes("<?")) {
-      const std::size_t end = in.text.find("?>", in.at);
-      const std::string_view target = in.name();
-      if (target.empty() || !ZrXmlWellFormednessChecker::isName(target) ||
-          (target.size() == 3 && (target[0] | 0x20) == 'x' && (target[1] | 0x20) == 'm' && (target[2] | 0x20) == 'l'))
-        fault("Invalid processing instruction target: " + std::string(target));
-      in.at = end == std::string_view::npos ? in.text.size() : end + 2;
+      const std::size_t end = std::min(in.text.find("?>", in.at), in.text.size());
+      // The target is all up to white space or "?>": a character that may not stand in a name spoils it.
+      std::size_t targetEnd = in.at;
+      while (targetEnd < end && !isWhite(in.text[targetEnd])) ++targetEnd;
+      const std::string_view target = in.text.substr(in.at, targetEnd - in.at);
+      if (!isProcessingInstructionTarget(target)) fault("Invalid processing instruction target: " + std::string(target));
+      in.at = end == in.text.size() ? end : end + 2;
     } else if (in.peek() == '%') {
       ++in.at;
       const std::string_view name = in.name();
@@ -323,8 +333,21 @@ bool ZrXmlDocumentType::parseDefaultValue(Cursor& in) {
       fault("Undefined entity reference: &" + std::string(name) + ";");
     else if (declared && (declared->external || declared->unparsed))
       fault("External entity referenced in attribute value: &" + std::string(name) + ";");
+    else if (declared)
+      expandDefault(name);
   }
   return true;
+}
+
+// Expands an internal entity referred to in a default value, for the faults on the way; what it stands
+// for is not kept. Past the limit the default values' references are no longer expanded.
+void ZrXmlDocumentType::expandDefault(std::string_view name) {
+  if (m_theDefaultsExpanded > m_theExpansionLimit) return;
+  std::string expansion;
+  if (expand(name, true, expansion, m_theDefaultsExpanded, m_theExpansionLimit, *m_theReport)) return;
+  // expand stopped with the count past the limit: this is reported once.
+  fault("Entity expansion passes " + std::to_string(m_theExpansionLimit) + " bytes in a default value: &" +
+        std::string(name) + ";");
 }
 
 void ZrXmlDocumentType::parseEntity(Cursor& in) {
@@ -413,7 +436,8 @@ bool ZrXmlDocumentType::replacementText(std::string_view value, std::string& rep
 void ZrXmlDocumentType::parseNotation(Cursor& in) {
   const bool white = in.skipWhite();
   const std::string_view name = in.name();
-  if (!white || !ZrXmlWellFormednessChecker::isName(name)) fault("Invalid name: " + std::string(name));
+  if (!white || !ZrXmlWellFormednessChecker::isName(name) || name.find(':') != std::string_view::npos)
+    fault("Invalid name: " + std::string(name));
   if (!in.skipWhite() || !parseExternalId(in, true)) {
     skipToDeclarationEnd(in);
     return;
@@ -432,6 +456,46 @@ const char* predefinedEntity(std::string_view name) {
   if (name == "apos") return "'";
   if (name == "quot") return "\"";
   return nullptr;
+}
+
+const std::size_t npos = std::string_view::npos;
+
+bool startsWith(std::string_view text, std::string_view start) { return text.compare(0, start.size(), start) == 0; }
+
+// The position after `close`, searched from `from`; npos without it.
+std::size_t endAfter(std::string_view text, std::size_t from, std::string_view close) {
+  const std::size_t found = text.find(close, from);
+  return found == npos ? npos : found + close.size();
+}
+
+// The position after the markup beginning with the '<' at `at` (a comment, a CDATA section, a processing
+// instruction or a tag, whose quoted values may hold '>'); npos when the text ends before it does.
+std::size_t markupEnd(std::string_view text, std::size_t at) {
+  const std::string_view rest = text.substr(at);
+  if (startsWith(rest, "<!--")) return endAfter(text, at + 4, "-->");
+  if (startsWith(rest, "<![CDATA[")) return endAfter(text, at + 9, "]]>");
+  if (startsWith(rest, "<?")) return endAfter(text, at + 2, "?>");
+  char quote = 0;
+  for (++at; at < text.size(); ++at) {
+    const char c = text[at];
+    if (quote) quote = c == quote ? 0 : quote;
+    else if (c == '"' || c == '\'') quote = c;
+    else if (c == '>') return at + 1;
+  }
+  return npos;
+}
+
+// The first bytes of a text, for a message: no more than 16, and no character cut in two.
+std::string_view excerpt(std::string_view text) {
+  std::size_t size = std::min<std::size_t>(text.size(), 16);
+  if (size < text.size())
+    while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) --size;
+  return text.substr(0, size);
+}
+
+std::string_view trimTrailingWhite(std::string_view text) {
+  while (!text.empty() && isWhite(text.back())) text.remove_suffix(1);
+  return text;
 }
 
 }  // namespace
@@ -464,6 +528,7 @@ bool ZrXmlDocumentType::expand(std::string_view name, bool inAttribute, std::str
       out.append(written.data(), written.size());  // not read, or faulty: kept as written
       return true;
     }
+    if (!inAttribute && !found->contentChecked && !checkContent(called, *found, produced, limit, report)) return false;
     produced += found->replacement.size();
     if (produced > limit) return false;
     frames.push_back({called, found->replacement, 0});
@@ -477,7 +542,10 @@ bool ZrXmlDocumentType::expand(std::string_view name, bool inAttribute, std::str
       frames.pop_back();
       continue;
     }
-    const std::size_t amp = frame.text.find('&', frame.at);
+    // In content, markup is taken as it is written, up to its end: the '&' in a CDATA section, a comment
+    // or a processing instruction begins no reference. What it adds to the content is characters: the
+    // elements an entity holds do not become events.
+    const std::size_t amp = frame.text.find_first_of(inAttribute ? "&" : "&<", frame.at);
     const std::string_view plain = frame.text.substr(frame.at, amp == std::string_view::npos ? std::string_view::npos : amp - frame.at);
     if (inAttribute && !lessThanReported && plain.find('<') != std::string_view::npos) {
       report("'<' not allowed in attribute value.");
@@ -486,6 +554,12 @@ bool ZrXmlDocumentType::expand(std::string_view name, bool inAttribute, std::str
     out.append(plain.data(), plain.size());
     if (amp == std::string_view::npos) {
       frame.at = frame.text.size();
+      continue;
+    }
+    if (frame.text[amp] == '<') {
+      const std::size_t end = std::min(markupEnd(frame.text, amp), frame.text.size());
+      out.append(frame.text.data() + amp, end - amp);
+      frame.at = end;
       continue;
     }
     // A '&' that a character reference brought into the replacement text may begin no reference.
@@ -499,7 +573,15 @@ bool ZrXmlDocumentType::expand(std::string_view name, bool inAttribute, std::str
     const std::string_view reference = frame.text.substr(amp + 1, semicolon - amp - 1);
     frame.at = semicolon + 1;
     if (reference[0] == '#') {
-      ZrXmlCharacters::appendUtf8(out, ZrXmlCharacters::characterReferenceCode(reference));
+      // A character reference a reference to '&' brought in ("&#38;#38;") is read here, not where declared.
+      const unsigned long code = ZrXmlCharacters::characterReferenceCode(reference);
+      if (ZrXmlCharacters::isXmlChar(code)) {
+        ZrXmlCharacters::appendUtf8(out, code);
+      } else {
+        const std::string_view asWritten = frame.text.substr(amp, semicolon + 1 - amp);
+        report("Invalid character reference: " + std::string(asWritten));
+        out.append(asWritten.data(), asWritten.size());
+      }
     } else if (const char* predefined = predefinedEntity(reference)) {
       out += predefined;
     } else if (!open(reference, frame.text.substr(amp, semicolon + 1 - amp))) {
@@ -507,4 +589,185 @@ bool ZrXmlDocumentType::expand(std::string_view name, bool inAttribute, std::str
     }
   }
   return true;
+}
+
+// ---- an entity's replacement text as content ----
+
+// The replacement text of an entity referred to in content must be content on its own: elements closed
+// where they are opened, tags, comments, processing instructions and CDATA sections whole, no "]]>" in
+// text. The references in its text are the expansion's to follow and report; those in its tags' values
+// are looked at here. Element nesting is kept in a list, not followed by recursion. The first fault is
+// reported, once for the entity. False when the expansion limit was passed.
+bool ZrXmlDocumentType::checkContent(std::string_view name, const Entity& entity, std::uint64_t& produced,
+                                     std::uint64_t limit, const Report& report) const {
+  entity.contentChecked = true;
+  const std::string_view text = entity.replacement;
+  std::vector<std::string_view> open;  // the elements opened and not yet closed, innermost last
+  std::string what;
+  bool stopped = false;
+  for (std::size_t at = text.find_first_of("<]"); at != npos && what.empty() && !stopped;
+       at = text.find_first_of("<]", at)) {
+    if (text[at] == ']') {
+      if (text.compare(at, 3, "]]>") == 0) what = "']]>' not allowed in text.";
+      ++at;
+      continue;
+    }
+    const std::size_t end = markupEnd(text, at);
+    if (end == npos) {
+      what = "Markup not closed within the entity: " + std::string(excerpt(text.substr(at)));
+      break;
+    }
+    what = markupFault(text.substr(at, end - at), open, produced, limit, report, stopped);
+    at = end;
+  }
+  if (what.empty() && !open.empty()) what = "Element not closed: " + std::string(open.back());
+  if (!what.empty() && !stopped)
+    report("Entity's replacement text is not well-formed content: &" + std::string(name) + ";\n\t" + what);
+  return !stopped;
+}
+
+// One piece of markup of an entity's replacement text, from its '<' to its end; `open` follows the
+// elements it opens and closes.
+std::string ZrXmlDocumentType::markupFault(std::string_view markup, std::vector<std::string_view>& open,
+                                           std::uint64_t& produced, std::uint64_t limit, const Report& report,
+                                           bool& stopped) const {
+  if (startsWith(markup, "<!--")) {
+    const std::string_view body = markup.substr(4, markup.size() - 7);
+    if (body.find("--") != npos || (!body.empty() && body.back() == '-')) return "Comment contains extra -- in it.";
+    return {};
+  }
+  if (startsWith(markup, "<![CDATA[")) return {};
+  if (startsWith(markup, "<?")) {
+    // "<?xml" too: an XML declaration has no place inside an entity referred to in content.
+    const std::string_view body = markup.substr(2, markup.size() - 4);
+    std::size_t targetEnd = 0;
+    while (targetEnd < body.size() && !isWhite(body[targetEnd])) ++targetEnd;
+    const std::string_view target = body.substr(0, targetEnd);
+    if (!isProcessingInstructionTarget(target)) return "Invalid processing instruction target: " + std::string(target);
+    return {};
+  }
+  if (startsWith(markup, "<!")) return "Markup declaration not allowed in content.";
+  if (startsWith(markup, "</")) {
+    const std::string_view name = trimTrailingWhite(markup.substr(2, markup.size() - 3));
+    if (open.empty()) return "End tag without its start tag: </" + std::string(name) + ">";
+    if (open.back() != name)
+      return "End tag does not match start tag: </" + std::string(name) + "> closes <" + std::string(open.back()) + ">";
+    open.pop_back();
+    return {};
+  }
+  std::string_view tag = markup.substr(1, markup.size() - 2);
+  const bool empty = !tag.empty() && tag.back() == '/';
+  if (empty) tag.remove_suffix(1);
+  std::string what = startTagFault(tag, produced, limit, report, stopped);
+  if (what.empty() && !empty) {
+    Cursor in{tag, 0};
+    open.push_back(in.name());
+  }
+  return what;
+}
+
+// A start tag's text between '<' and '>' (or "/>"): a qualified name, then attributes, each after white
+// space, a name, '=' and a quoted value, no name twice.
+std::string ZrXmlDocumentType::startTagFault(std::string_view tag, std::uint64_t& produced, std::uint64_t limit,
+                                             const Report& report, bool& stopped) const {
+  Cursor in{tag, 0};
+  const std::string_view element = in.name();
+  if (!ZrXmlWellFormednessChecker::isQualifiedName(element)) return "Invalid name: " + std::string(element);
+  std::vector<std::string_view> names;
+  for (;;) {
+    const bool white = in.skipWhite();
+    if (in.atEnd()) break;
+    if (!white) return "White space required between attributes.";
+    const std::string_view name = in.name();
+    if (!ZrXmlWellFormednessChecker::isQualifiedName(name)) return "Invalid name: " + std::string(name);
+    in.skipWhite();
+    if (!in.takes("=")) return "Missing '=' after attribute name: " + std::string(name);
+    in.skipWhite();
+    std::string_view value;
+    if (!in.quoted(value)) return "Missing quotes around attribute value.";
+    std::string what = attributeValueFault(value, produced, limit, report, stopped);
+    if (!what.empty() || stopped) return what;
+    names.push_back(name);
+  }
+  std::sort(names.begin(), names.end());
+  const auto twice = std::adjacent_find(names.begin(), names.end());
+  if (twice != names.end()) return "Attribute specified twice: " + std::string(*twice);
+  return {};
+}
+
+// A value in a tag of an entity's replacement text: no '<', and every '&' a reference to a character or
+// to an entity that may stand in a value. The internal entities it names are expanded here for their
+// own faults, which they report themselves; `stopped` tells that the expansion limit was passed.
+std::string ZrXmlDocumentType::attributeValueFault(std::string_view value, std::uint64_t& produced,
+                                                   std::uint64_t limit, const Report& report, bool& stopped) const {
+  if (value.find('<') != npos) return "'<' not allowed in attribute value.";
+  std::string expansion;
+  for (std::size_t amp = value.find('&'); amp != npos; amp = value.find('&', amp + 1)) {
+    const std::size_t semicolon = value.find(';', amp);
+    if (semicolon == npos || semicolon == amp + 1) return "'&' not followed by a reference.";
+    const std::string_view name = value.substr(amp + 1, semicolon - amp - 1);
+    const std::string written = "&" + std::string(name) + ";";
+    if (name[0] == '#') {
+      if (!ZrXmlCharacters::isXmlChar(ZrXmlCharacters::characterReferenceCode(name)))
+        return "Invalid character reference: " + written;
+      continue;
+    }
+    if (!ZrXmlWellFormednessChecker::isName(name)) return "'&' not followed by a reference.";
+    if (predefinedEntity(name)) continue;
+    const Entity* found = entity(name);
+    if (!found) {
+      if (declarationsIncomplete()) continue;
+      return "Undefined entity reference: " + written;
+    }
+    if (found->external || found->unparsed) return "External entity referenced in attribute value: " + written;
+    expansion.clear();
+    if (!expand(name, true, expansion, produced, limit, report)) {
+      stopped = true;
+      return {};
+    }
+  }
+  return {};
+}
+
+// ---- a value with its references expanded ----
+
+void ZrXmlDocumentType::expandValue(const ZrXmlDocumentType* declared, std::string_view value, std::string& out,
+                                    std::uint64_t& produced, std::uint64_t limit, const Report& report) {
+  for (std::size_t at = 0; at < value.size();) {
+    const std::size_t amp = value.find('&', at);
+    out.append(value.substr(at, amp == npos ? npos : amp - at));
+    if (amp == npos) return;
+    const std::size_t semicolon = value.find(';', amp);
+    if (semicolon == npos || semicolon == amp + 1) {
+      report("'&' not followed by a reference.");
+      out += '&';
+      at = amp + 1;
+      continue;
+    }
+    const std::string_view name = value.substr(amp + 1, semicolon - amp - 1);
+    const std::string_view written = value.substr(amp, semicolon + 1 - amp);
+    at = semicolon + 1;
+    if (name[0] == '#') {
+      const unsigned long code = ZrXmlCharacters::characterReferenceCode(name);
+      if (ZrXmlCharacters::isXmlChar(code)) {
+        ZrXmlCharacters::appendUtf8(out, code);
+      } else {
+        report("Invalid character reference: " + std::string(written));
+        out.append(written);
+      }
+    } else if (const char* predefined = predefinedEntity(name)) {
+      out += predefined;
+    } else if (!declared) {
+      report("Undefined entity reference: " + std::string(written));
+      out.append(written);
+    } else if (produced > limit) {
+      out.append(written);  // past the limit, which was reported when it was passed
+    } else {
+      const std::size_t before = out.size();
+      if (declared->expand(name, true, out, produced, limit, report)) continue;
+      out.resize(before);
+      out.append(written);
+      report("Entity expansion passes " + std::to_string(limit) + " bytes: " + std::string(written));
+    }
+  }
 }

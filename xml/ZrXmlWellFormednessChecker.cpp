@@ -334,7 +334,8 @@ ZrXmlWellFormednessChecker::ZrXmlWellFormednessChecker(const ZrXmlWellFormedness
       m_theDocumentType(other.m_theDocumentType ? new ZrXmlDocumentType(*other.m_theDocumentType) : nullptr),
       m_theRootSeen(other.m_theRootSeen),
       m_theDoctypeSeen(other.m_theDoctypeSeen),
-      m_theEndChecked(other.m_theEndChecked) {
+      m_theEndChecked(other.m_theEndChecked),
+      m_theNamespaceExpansion(other.m_theNamespaceExpansion) {
   m_theOpenNames = other.m_theOpenNames;
 }
 
@@ -528,6 +529,12 @@ void ZrXmlWellFormednessChecker::checkRoot(std::string_view name, std::size_t de
 
 // A namespace declaration of a start tag, checked and in force from the tag on.
 void ZrXmlWellFormednessChecker::declare(std::string_view attribute, std::string_view uri, std::size_t depth) {
+  std::string expanded;  // a name written with references is the characters they stand for: "~" is "&#x7E;"
+  if (uri.find('&') != std::string_view::npos) {
+    ZrXmlDocumentType::expandValue(m_theDocumentType.get(), uri, expanded, m_theNamespaceExpansion,
+                                   m_theReader->maxEntityExpansion(), [this](const std::string& fault) { report(fault); });
+    uri = expanded;
+  }
   checkNamespaceDeclaration(attribute, uri);
   pushDeclaration(attribute.size() > 5 ? attribute.substr(6) : std::string_view(), uri, depth);
 }
@@ -714,7 +721,7 @@ void ZrXmlWellFormednessChecker::checkDoctype(std::string_view text) {
   const bool first = !m_theDoctypeSeen;
   m_theDoctypeSeen = true;
   std::unique_ptr<ZrXmlDocumentType> documentType(new ZrXmlDocumentType());
-  documentType->parse(text, [this](const std::string& fault) { report(fault); });
+  documentType->parse(text, [this](const std::string& fault) { report(fault); }, m_theReader->maxEntityExpansion());
   if (first && !m_theRootSeen) m_theDocumentType = std::move(documentType);
 }
 

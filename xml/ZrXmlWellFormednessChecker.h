@@ -6,6 +6,7 @@
 #include <ZrTextAssign.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -176,6 +177,7 @@ class ZrXmlWellFormednessChecker {
   bool m_theRootSeen = false;
   bool m_theDoctypeSeen = false;
   bool m_theEndChecked = false;
+  std::uint64_t m_theNamespaceExpansion = 0;  // bytes of entities expanded in namespace names
   // Work lists of the tag being checked, kept so that checking a tag allocates nothing once warmed up.
   struct WrittenAttribute {
     std::string_view first;   // the name as written
