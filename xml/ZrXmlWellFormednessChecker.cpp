@@ -527,14 +527,18 @@ void ZrXmlWellFormednessChecker::checkRoot(std::string_view name, std::size_t de
   m_theRootSeen = true;
 }
 
+// A namespace name written with references is the characters they stand for: "~" is "&#x7E;". The view
+// is of a buffer kept by the checker, valid until the next call.
+std::string_view ZrXmlWellFormednessChecker::expandedNamespaceName(std::string_view uri) {
+  m_theExpandedUri.clear();
+  ZrXmlDocumentType::expandValue(m_theDocumentType.get(), uri, m_theExpandedUri, m_theNamespaceExpansion,
+                                 m_theReader->maxEntityExpansion(), [this](const std::string& fault) { report(fault); });
+  return m_theExpandedUri;
+}
+
 // A namespace declaration of a start tag, checked and in force from the tag on.
 void ZrXmlWellFormednessChecker::declare(std::string_view attribute, std::string_view uri, std::size_t depth) {
-  std::string expanded;  // a name written with references is the characters they stand for: "~" is "&#x7E;"
-  if (uri.find('&') != std::string_view::npos) {
-    ZrXmlDocumentType::expandValue(m_theDocumentType.get(), uri, expanded, m_theNamespaceExpansion,
-                                   m_theReader->maxEntityExpansion(), [this](const std::string& fault) { report(fault); });
-    uri = expanded;
-  }
+  if (findByte(uri, '&') != std::string_view::npos) uri = expandedNamespaceName(uri);
   checkNamespaceDeclaration(attribute, uri);
   pushDeclaration(attribute.size() > 5 ? attribute.substr(6) : std::string_view(), uri, depth);
 }

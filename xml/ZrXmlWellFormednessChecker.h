@@ -160,6 +160,7 @@ class ZrXmlWellFormednessChecker {
   }
   void checkRoot(std::string_view name, std::size_t depth);
   void declare(std::string_view attribute, std::string_view uri, std::size_t depth);
+  std::string_view expandedNamespaceName(std::string_view uri);
   void checkManyAttributesOnce();
 
   const ZrXmlFileReader* m_theReader;
@@ -178,6 +179,7 @@ class ZrXmlWellFormednessChecker {
   bool m_theDoctypeSeen = false;
   bool m_theEndChecked = false;
   std::uint64_t m_theNamespaceExpansion = 0;  // bytes of entities expanded in namespace names
+  std::string m_theExpandedUri;               // the last namespace name written with references, expanded
   // Work lists of the tag being checked, kept so that checking a tag allocates nothing once warmed up.
   struct WrittenAttribute {
     std::string_view first;   // the name as written
