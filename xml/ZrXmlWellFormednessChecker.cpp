@@ -502,8 +502,13 @@ inline std::string_view ZrXmlWellFormednessChecker::namespaceOfPrefix(std::strin
     const Declaration* declaration = declared(prefix);
     if (declaration && !declaration->uri.empty()) return declaration->uri;
   }
-  report("Prefix not declared: " + std::string(prefix));
+  reportUndeclaredPrefix(prefix);
   return std::string_view();
+}
+
+// Kept out of the look-up above, which runs for every prefix.
+void ZrXmlWellFormednessChecker::reportUndeclaredPrefix(std::string_view prefix) const {
+  report("Prefix not declared: " + std::string(prefix));
 }
 
 void ZrXmlWellFormednessChecker::checkPrefixDeclared(std::string_view prefix) const { namespaceOfPrefix(prefix); }

@@ -139,6 +139,7 @@ class ZrXmlWellFormednessChecker {
   std::size_t checkName(std::string_view name);
   void checkPrefixDeclared(std::string_view prefix) const;
   std::string_view namespaceOfPrefix(std::string_view prefix) const;
+  void reportUndeclaredPrefix(std::string_view prefix) const;
   void checkCleanPrefixedAttributes(std::size_t count);
   void checkNamespaceDeclaration(std::string_view attribute, std::string_view uri) const;
   void pushDeclaration(std::string_view prefix, std::string_view uri, std::size_t depth);
