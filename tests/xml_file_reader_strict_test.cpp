@@ -59,6 +59,11 @@ TEST(ZrXmlFileReaderStrict, EachRuleIsReportedInStrictModeOnly) {
       {"prefix declared on a closed sibling", "<r><a xmlns:p=\"u\"/><p:b/></r>", "Prefix not declared: p"},
       {"attribute prefix out of scope", "<r><a xmlns:p=\"u\"/><b p:x=\"1\"/></r>", "Prefix not declared: p"},
       {"attribute name with two colons", "<r xmlns:a=\"u\"><e a:b:c=\"1\"/></r>", "Invalid name: a:b:c"},
+      // One local name through three prefixes, one of them undeclared: each fault said once.
+      {"undeclared prefix beside a name written twice", "<r xmlns:a=\"u\" xmlns:c=\"u\"><e a:x=\"1\" b:x=\"2\" c:x=\"3\"/></r>",
+       "Prefix not declared: b"},
+      {"name written twice beside an undeclared prefix", "<r xmlns:a=\"u\" xmlns:c=\"u\"><e a:x=\"1\" b:x=\"2\" c:x=\"3\"/></r>",
+       "Attribute specified twice: c:x"},
       {"-- inside a comment", "<doc><!-- a -- b --></doc>", "Comment contains extra -- in it."},
       {"comment ending in --->", "<doc><!--x---></doc>", "Comment contains extra -- in it."},
       {"processing instruction without target", "<doc><?" "?></doc>", "Processing instruction without target."},

@@ -495,14 +495,14 @@ std::size_t ZrXmlWellFormednessChecker::checkName(std::string_view name) {
 }
 
 // The namespace a prefix stands for: "xml" its own, any other the URI declared for it in scope. A prefix
-// without one (and "xmlns", which is never declared) is reported, and stands for no namespace.
-inline std::string_view ZrXmlWellFormednessChecker::namespaceOfPrefix(std::string_view prefix) const {
+// without one (and "xmlns", which is never declared) stands for no namespace, and is reported when asked.
+inline std::string_view ZrXmlWellFormednessChecker::namespaceOfPrefix(std::string_view prefix, bool report) const {
   if (prefix.size() == 3 && prefix == "xml") return theXmlNamespace;
   if (prefix.size() != 5 || prefix != "xmlns") {
     const Declaration* declaration = declared(prefix);
     if (declaration && !declaration->uri.empty()) return declaration->uri;
   }
-  reportUndeclaredPrefix(prefix);
+  if (report) reportUndeclaredPrefix(prefix);
   return std::string_view();
 }
 
@@ -644,7 +644,7 @@ void ZrXmlWellFormednessChecker::checkCleanStartTagInScope(std::string_view name
   checkRoot(name, depth);
   if (declares)
     for (std::size_t i = 0; i < count; ++i)
-      if (attributes[i].declaration) declare(attributes[i].name, attributes[i].value, depth);
+      if (isXmlnsAttribute(attributes[i].name)) declare(attributes[i].name, attributes[i].value, depth);
   if (prefixed) checkCleanPrefixedAttributes(count);
   noteOpenName(name, colon, depth);
 }
@@ -652,21 +652,25 @@ void ZrXmlWellFormednessChecker::checkCleanStartTagInScope(std::string_view name
 // A clean tag's prefixed attributes: each prefix declared, and no two names standing for one attribute.
 // Few names: a look at each pair finds none twice far sooner than sorting them would.
 void ZrXmlWellFormednessChecker::checkCleanPrefixedAttributes(std::size_t count) {
-  ExpandedName* const names = m_theCleanExpandedNames;
-  std::size_t found = 0;
+  const CleanAttribute* const attributes = m_theCleanAttributes;
+  const auto prefixed = [](const CleanAttribute& attribute) {
+    return attribute.colon != std::string_view::npos && !isXmlnsAttribute(attribute.name);
+  };
+  const auto local = [](const CleanAttribute& attribute) { return attribute.name.substr(attribute.colon + 1); };
+  bool localTwice = false;  // two prefixed names with one local name: their namespaces decide
   for (std::size_t i = 0; i < count; ++i) {
-    const CleanAttribute& attribute = m_theCleanAttributes[i];
-    if (attribute.colon == std::string_view::npos || attribute.declaration) continue;
-    names[found++] = {namespaceOfPrefix(attribute.name.substr(0, attribute.colon)),
-                      attribute.name.substr(attribute.colon + 1), attribute.name};
+    if (!prefixed(attributes[i])) continue;
+    namespaceOfPrefix(attributes[i].name.substr(0, attributes[i].colon));
+    for (std::size_t earlier = 0; earlier < i && !localTwice; ++earlier)
+      localTwice = prefixed(attributes[earlier]) && sameName(local(attributes[i]), local(attributes[earlier]));
   }
-  for (std::size_t i = 1; i < found; ++i)
-    for (std::size_t earlier = 0; earlier < i; ++earlier)
-      if (sameName(names[i].local, names[earlier].local) && names[i].uri == names[earlier].uri) {
-        m_theExpandedNames.assign(names, names + found);
-        reportExpandedTwice();
-        return;
-      }
+  if (!localTwice) return;
+  m_theExpandedNames.clear();
+  for (std::size_t i = 0; i < count; ++i)
+    if (prefixed(attributes[i]))
+      m_theExpandedNames.push_back({namespaceOfPrefix(attributes[i].name.substr(0, attributes[i].colon), false),
+                                    local(attributes[i]), attributes[i].name});
+  reportExpandedTwice();
 }
 
 // The element's name, of a valid form, at its depth: its prefix declared, unless the element before it
