@@ -86,7 +86,6 @@ class ZrXmlWellFormednessChecker {
     if (declares || prefixed || depth <= 1 || !repeatsPlainName(name, depth))
       checkCleanStartTagInScope(name, colon, depth, count, declares, prefixed);
   }
-  // An end tag's name.
   // An end tag's name, and the open-element stack's size before it closes anything. An end tag that
   // names its element as the start tag did needs no other look: that name was checked with its prefix.
   void checkEndTag(std::string_view name, std::size_t depth) {
