@@ -32,6 +32,7 @@ TEST(ZrXmlFileReaderStrict, EachRuleIsReportedInStrictModeOnly) {
     std::string document;
     std::string strictFault;  // among the strict messages, beside those of the forgiving mode
   };
+  const std::string threePrefixes = "<r xmlns:a=\"u\" xmlns:c=\"u\"><e a:x=\"1\" b:x=\"2\" c:x=\"3\"/></r>";
   const Case cases[] = {
       {"declaration target in capitals", "<?XML version=\"1.0\"?><doc/>", "Reserved processing instruction target: XML"},
       {"declaration not first", " <?xml version=\"1.0\"?><doc/>", "XML declaration not at the start of the document."},
@@ -60,10 +61,8 @@ TEST(ZrXmlFileReaderStrict, EachRuleIsReportedInStrictModeOnly) {
       {"attribute prefix out of scope", "<r><a xmlns:p=\"u\"/><b p:x=\"1\"/></r>", "Prefix not declared: p"},
       {"attribute name with two colons", "<r xmlns:a=\"u\"><e a:b:c=\"1\"/></r>", "Invalid name: a:b:c"},
       // One local name through three prefixes, one of them undeclared: each fault said once.
-      {"undeclared prefix beside a name written twice", "<r xmlns:a=\"u\" xmlns:c=\"u\"><e a:x=\"1\" b:x=\"2\" c:x=\"3\"/></r>",
-       "Prefix not declared: b"},
-      {"name written twice beside an undeclared prefix", "<r xmlns:a=\"u\" xmlns:c=\"u\"><e a:x=\"1\" b:x=\"2\" c:x=\"3\"/></r>",
-       "Attribute specified twice: c:x"},
+      {"undeclared prefix beside a name written twice", threePrefixes, "Prefix not declared: b"},
+      {"name written twice beside an undeclared prefix", threePrefixes, "Attribute specified twice: c:x"},
       {"-- inside a comment", "<doc><!-- a -- b --></doc>", "Comment contains extra -- in it."},
       {"comment ending in --->", "<doc><!--x---></doc>", "Comment contains extra -- in it."},
       {"processing instruction without target", "<doc><?" "?></doc>", "Processing instruction without target."},

@@ -633,7 +633,7 @@ std::string ZrXmlDocumentType::markupFault(std::string_view markup, std::vector<
                                            bool& stopped) const {
   if (startsWith(markup, "<!--")) {
     const std::string_view body = markup.substr(4, markup.size() - 7);
-    if (body.find("--") != npos || (!body.empty() && body.back() == '-')) return "Comment contains extra -- in it.";
+    if (!ZrXmlWellFormednessChecker::isCommentText(body)) return "Comment contains extra -- in it.";
     return {};
   }
   if (startsWith(markup, "<![CDATA[")) return {};

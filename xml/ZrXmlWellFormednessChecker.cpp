@@ -405,8 +405,7 @@ void ZrXmlWellFormednessChecker::checkText(std::string_view text, bool cdata) co
 }
 
 void ZrXmlWellFormednessChecker::checkComment(std::string_view text) const {
-  if (text.find("--") != std::string_view::npos || (!text.empty() && text.back() == '-'))
-    report("Comment contains extra -- in it.");
+  if (!isCommentText(text)) report("Comment contains extra -- in it.");
 }
 
 // ---- names and namespaces ----
@@ -433,8 +432,8 @@ const ZrXmlWellFormednessChecker::Declaration* ZrXmlWellFormednessChecker::lookU
 void ZrXmlWellFormednessChecker::pushDeclaration(std::string_view prefix, std::string_view uri, std::size_t depth) {
   if (!prefix.empty()) m_theLastFound[static_cast<unsigned char>(prefix[0])] = 0;
   Declaration& declaration = m_theDeclarations.push();
-  assignText(declaration.prefix, prefix);
-  assignText(declaration.uri, uri);
+  Zr::assignText(declaration.prefix, prefix);
+  Zr::assignText(declaration.uri, uri);
   declaration.depth = depth;
   declaration.shadowed = theNoDeclaration;
   if (!m_theIndexed && m_theDeclarations.size() > theIndexThreshold) {
@@ -680,7 +679,7 @@ void ZrXmlWellFormednessChecker::noteOpenName(std::string_view name, std::size_t
   OpenName& written = m_theOpenNames[depth - 1];
   if (written.plain && sameText(name, written.name)) return;  // the root, or a tag of another kind
   if (colon != std::string_view::npos) checkPrefixDeclared(name.substr(0, colon));
-  assignText(written.name, name);
+  Zr::assignText(written.name, name);
   written.plain = colon == std::string_view::npos;
 }
 

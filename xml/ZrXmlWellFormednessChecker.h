@@ -100,6 +100,10 @@ class ZrXmlWellFormednessChecker {
   void checkProcessingInstruction(std::string_view text, bool atStart) const;
   // The text of a comment between "<!--" and "-->".
   void checkComment(std::string_view text) const;
+  // A comment's text may hold no "--" and end in no '-'.
+  static bool isCommentText(std::string_view text) {
+    return text.find("--") == std::string_view::npos && (text.empty() || text.back() != '-');
+  }
   // A document type declaration, its text between "<!" and '>'; inRoot when an element is open or closed.
   void checkDoctype(std::string_view text);
   // The input ended with openElements elements open (innermost's name given).
@@ -208,7 +212,6 @@ class ZrXmlWellFormednessChecker {
   static const std::size_t theValidNames = 4;
   ValidName m_theValidNames[theValidNames];
   std::size_t m_theNextValidName = 0;  // the entry the next valid name replaces
-  static void assignText(std::string& to, std::string_view text) { Zr::assignText(to, text); }
   static bool sameText(std::string_view one, const std::string& other) {
     if (one.size() != other.size()) return false;
     for (std::size_t i = 0; i < one.size(); ++i)
