@@ -60,6 +60,12 @@ TEST(ZrXmlFileReaderStrict, EachRuleIsReportedInStrictModeOnly) {
       {"prefix declared on a closed sibling", "<r><a xmlns:p=\"u\"/><p:b/></r>", "Prefix not declared: p"},
       {"attribute prefix out of scope", "<r><a xmlns:p=\"u\"/><b p:x=\"1\"/></r>", "Prefix not declared: p"},
       {"attribute name with two colons", "<r xmlns:a=\"u\"><e a:b:c=\"1\"/></r>", "Invalid name: a:b:c"},
+      // Two names taking turns at one depth, and a declaration made again by the next record.
+      {"prefix gone when its name comes back", "<r><p:a xmlns:p=\"u\"/><b/><p:a/></r>", "Prefix not declared: p"},
+      {"end tag of a name come back", "<r xmlns:p=\"u\" xmlns:q=\"u\"><p:a/><q:a/><p:a></q:a></r>",
+       "End tag does not match start tag: </q:a> closes <p:a>"},
+      {"record binding its prefix to no URI", "<r><a xmlns:p=\"u\"/><a xmlns:p=\"\"/></r>",
+       "Namespace declaration not allowed: xmlns:p"},
       // One local name through three prefixes, one of them undeclared: each fault said once.
       {"undeclared prefix beside a name written twice", threePrefixes, "Prefix not declared: b"},
       {"name written twice beside an undeclared prefix", threePrefixes, "Attribute specified twice: c:x"},

@@ -1380,11 +1380,13 @@ int ZrXmlFileReader::readCleanStartTag(std::size_t close) {
     if (!quote || *quote == '<') return theNotClean;
     for (std::size_t i = 0; i < count; ++i)
       if (Zr::textEqual(attributes[i].name, attribute)) return theNotClean;
-    attributes[count++] = {attribute, std::string_view(at + 1, static_cast<std::size_t>(quote - at - 1)), colon};
-    if (attribute[0] == 'x' && startsWith(attribute, "xmlns") && (attribute.size() == 5 || attribute[5] == ':'))
+    if (attribute[0] == 'x' && startsWith(attribute, "xmlns") && (attribute.size() == 5 || attribute[5] == ':')) {
       declares = true;
-    else if (colon != std::string_view::npos)
+      colon = ZrXmlWellFormednessChecker::theDeclarationColon;  // takeAttribute needs no local name of it
+    } else if (colon != std::string_view::npos) {
       prefixed = true;
+    }
+    attributes[count++] = {attribute, std::string_view(at + 1, static_cast<std::size_t>(quote - at - 1)), colon};
     at = quote + 1;
   }
 

@@ -427,15 +427,24 @@ const ZrXmlWellFormednessChecker::Declaration* ZrXmlWellFormednessChecker::lookU
   return found == m_thePrefixIndex.end() ? nullptr : &m_theDeclarations[found->second];
 }
 
+// A declaration comes into force, after its check. The innermost of its prefix, it is the one a look-up
+// by the prefix's first byte finds. A document that declares a namespace on every record pushes the same
+// prefix and URI again where the record before it popped them: the spare entry holds them, checked.
 // Past the threshold every declaration in scope is indexed by prefix, each one linked to the one of the
 // same prefix it hides, so that closing an element brings the hidden one back.
-void ZrXmlWellFormednessChecker::pushDeclaration(std::string_view prefix, std::string_view uri, std::size_t depth) {
-  if (!prefix.empty()) m_theLastFound[static_cast<unsigned char>(prefix[0])] = 0;
+void ZrXmlWellFormednessChecker::pushDeclaration(std::string_view attribute, std::string_view uri, std::size_t depth) {
+  const bool prefixed = attribute.size() > 5;
+  const std::string_view prefix = prefixed ? attribute.substr(6) : std::string_view();
   Declaration& declaration = m_theDeclarations.push();
-  Zr::assignText(declaration.prefix, prefix);
-  Zr::assignText(declaration.uri, uri);
+  if (!(declaration.allowed && prefixed && sameText(prefix, declaration.prefix) && uri == declaration.uri)) {
+    // "xmlns" and "xmlns:" both declare the empty prefix, and only the first may: the flag is for prefixes.
+    declaration.allowed = checkNamespaceDeclaration(attribute, uri) && prefixed;
+    Zr::assignText(declaration.prefix, prefix);
+    Zr::assignText(declaration.uri, uri);
+  }
   declaration.depth = depth;
   declaration.shadowed = theNoDeclaration;
+  if (!prefix.empty()) m_theLastFound[static_cast<unsigned char>(prefix[0])] = m_theDeclarations.size();
   if (!m_theIndexed && m_theDeclarations.size() > theIndexThreshold) {
     m_theIndexed = true;
     m_thePrefixIndex.clear();
@@ -512,7 +521,7 @@ void ZrXmlWellFormednessChecker::reportUndeclaredPrefix(std::string_view prefix)
 
 void ZrXmlWellFormednessChecker::checkPrefixDeclared(std::string_view prefix) const { namespaceOfPrefix(prefix); }
 
-void ZrXmlWellFormednessChecker::checkNamespaceDeclaration(std::string_view attribute, std::string_view uri) const {
+bool ZrXmlWellFormednessChecker::checkNamespaceDeclaration(std::string_view attribute, std::string_view uri) const {
   const std::string_view prefix = attribute.size() > 5 ? attribute.substr(6) : std::string_view();
   bool allowed = true;
   if (attribute.size() > 5 && !isQualifiedName(prefix)) allowed = false;             // "xmlns:" alone, "xmlns:a:b"
@@ -520,6 +529,7 @@ void ZrXmlWellFormednessChecker::checkNamespaceDeclaration(std::string_view attr
   else if ((prefix == "xml") != (uri == theXmlNamespace)) allowed = false;            // "xml" and its URI go together
   else if (!prefix.empty() && uri.empty()) allowed = false;                           // a prefix needs a namespace
   if (!allowed) report("Namespace declaration not allowed: " + std::string(attribute));
+  return allowed;
 }
 
 // ---- tags ----
@@ -543,8 +553,7 @@ std::string_view ZrXmlWellFormednessChecker::expandedNamespaceName(std::string_v
 // A namespace declaration of a start tag, checked and in force from the tag on.
 void ZrXmlWellFormednessChecker::declare(std::string_view attribute, std::string_view uri, std::size_t depth) {
   if (findByte(uri, '&') != std::string_view::npos) uri = expandedNamespaceName(uri);
-  checkNamespaceDeclaration(attribute, uri);
-  pushDeclaration(attribute.size() > 5 ? attribute.substr(6) : std::string_view(), uri, depth);
+  pushDeclaration(attribute, uri, depth);
 }
 
 void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::string_view name, std::size_t depth,
@@ -558,12 +567,11 @@ void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::string
   m_theAttributes.clear();
   if (m_theOpenNames.size() < depth) m_theOpenNames.resize(depth);
   OpenName& written = m_theOpenNames[depth - 1];
-  if (written.plain && sameText(name, written.name)) return;  // the name of the element before it here
+  if (written.recall(name) && written.plain()) return;  // the name of an element before it here
   // After the tag's own declarations, which are in force on it.
   const std::size_t errorsBefore = m_theInvalidNames;
   const bool prefixed = checkName(name) != std::string_view::npos;
-  if (!sameText(name, written.name)) written.name.assign(name.data(), name.size());
-  written.plain = !prefixed && errorsBefore == m_theInvalidNames;
+  written.plains[written.current] = !prefixed && errorsBefore == m_theInvalidNames;
 }
 
 // An end tag written otherwise than its start tag: a name of its own to check, and when only the prefix
@@ -571,7 +579,7 @@ void ZrXmlWellFormednessChecker::checkStartTag(std::string_view tag, std::string
 void ZrXmlWellFormednessChecker::checkOtherEndTag(std::string_view name, std::size_t depth) {
   checkName(name);
   if (depth == 0 || depth > m_theOpenNames.size()) return;
-  const std::string_view start = m_theOpenNames[depth - 1].name;
+  const std::string_view start = m_theOpenNames[depth - 1].name();
   const auto local = [](std::string_view written) { return written.substr(written.find(':') + 1); };
   if (local(name) == local(start))
     report("End tag does not match start tag: </" + std::string(name) + "> closes <" + std::string(start) + ">");
@@ -640,21 +648,25 @@ void ZrXmlWellFormednessChecker::reportExpandedTwice() {
 void ZrXmlWellFormednessChecker::checkCleanStartTagInScope(std::string_view name, std::size_t colon, std::size_t depth,
                                                            std::size_t count, bool declares, bool prefixed) {
   const CleanAttribute* const attributes = m_theCleanAttributes;
-  checkRoot(name, depth);
+  if (depth == 1) checkRoot(name, depth);
   if (declares)
     for (std::size_t i = 0; i < count; ++i)
-      if (isXmlnsAttribute(attributes[i].name)) declare(attributes[i].name, attributes[i].value, depth);
+      if (attributes[i].colon == theDeclarationColon) declare(attributes[i].name, attributes[i].value, depth);
   if (prefixed) checkCleanPrefixedAttributes(count);
-  noteOpenName(name, colon, depth);
+  // The element's name at its depth, its prefix declared, unless an element before it here bore the same
+  // plain name.
+  if (m_theOpenNames.size() < depth) m_theOpenNames.resize(depth);
+  OpenName& written = m_theOpenNames[depth - 1];
+  if (written.recall(name) && written.plain()) return;
+  if (colon != std::string_view::npos) checkPrefixDeclared(name.substr(0, colon));
+  written.plains[written.current] = colon == std::string_view::npos;
 }
 
 // A clean tag's prefixed attributes: each prefix declared, and no two names standing for one attribute.
 // Few names: a look at each pair finds none twice far sooner than sorting them would.
 void ZrXmlWellFormednessChecker::checkCleanPrefixedAttributes(std::size_t count) {
   const CleanAttribute* const attributes = m_theCleanAttributes;
-  const auto prefixed = [](const CleanAttribute& attribute) {
-    return attribute.colon != std::string_view::npos && !isXmlnsAttribute(attribute.name);
-  };
+  const auto prefixed = [](const CleanAttribute& attribute) { return attribute.colon < theDeclarationColon; };
   const auto local = [](const CleanAttribute& attribute) { return attribute.name.substr(attribute.colon + 1); };
   bool localTwice = false;  // two prefixed names with one local name: their namespaces decide
   for (std::size_t i = 0; i < count; ++i) {
@@ -670,17 +682,6 @@ void ZrXmlWellFormednessChecker::checkCleanPrefixedAttributes(std::size_t count)
       m_theExpandedNames.push_back({namespaceOfPrefix(attributes[i].name.substr(0, attributes[i].colon), false),
                                     local(attributes[i]), attributes[i].name});
   reportExpandedTwice();
-}
-
-// The element's name, of a valid form, at its depth: its prefix declared, unless the element before it
-// at this depth bore the same plain name.
-void ZrXmlWellFormednessChecker::noteOpenName(std::string_view name, std::size_t colon, std::size_t depth) {
-  if (m_theOpenNames.size() < depth) m_theOpenNames.resize(depth);
-  OpenName& written = m_theOpenNames[depth - 1];
-  if (written.plain && sameText(name, written.name)) return;  // the root, or a tag of another kind
-  if (colon != std::string_view::npos) checkPrefixDeclared(name.substr(0, colon));
-  Zr::assignText(written.name, name);
-  written.plain = colon == std::string_view::npos;
 }
 
 // A tag with more attributes than are compared pairwise: sorted, so that the check stays

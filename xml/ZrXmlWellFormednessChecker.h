@@ -71,11 +71,13 @@ class ZrXmlWellFormednessChecker {
   // them the look at every name's characters again.
   // Kept to five words: with a flag added, the tokenizer's stores of an attribute and the loads of it that
   // follow no longer matched, and clean tags took a third longer to read.
+  // A namespace declaration ("xmlns", "xmlns:p") has theDeclarationColon in place of its ':' position.
   struct CleanAttribute {
     std::string_view name;
     std::string_view value;
     std::size_t colon;
   };
+  static const std::size_t theDeclarationColon = std::string_view::npos - 1;
   static const std::size_t theCleanAttributeLimit = 16;  // a tag with more goes the long way
   // Where the tokenizer puts a clean tag's attributes, kept here so that no tag initialises a list.
   CleanAttribute* cleanAttributes() { return m_theCleanAttributes; }
@@ -89,7 +91,7 @@ class ZrXmlWellFormednessChecker {
   // An end tag's name, and the open-element stack's size before it closes anything. An end tag that
   // names its element as the start tag did needs no other look: that name was checked with its prefix.
   void checkEndTag(std::string_view name, std::size_t depth) {
-    if (depth == 0 || depth > m_theOpenNames.size() || !sameText(name, m_theOpenNames[depth - 1].name))
+    if (depth == 0 || depth > m_theOpenNames.size() || !sameText(name, m_theOpenNames[depth - 1].name()))
       checkOtherEndTag(name, depth);
   }
   // The element at depth is closed: its declarations go out of scope.
@@ -125,6 +127,7 @@ class ZrXmlWellFormednessChecker {
     std::string uri;
     std::size_t depth;
     std::size_t shadowed;  // the declaration of the same prefix this one hides (npos: none); indexed only
+    bool allowed = false;  // a prefix and URI found allowed, which a spare entry keeps for the next push
   };
 
   void report(const std::string& fault) const;
@@ -145,15 +148,14 @@ class ZrXmlWellFormednessChecker {
   std::string_view namespaceOfPrefix(std::string_view prefix, bool report = true) const;
   void reportUndeclaredPrefix(std::string_view prefix) const;
   void checkCleanPrefixedAttributes(std::size_t count);
-  void checkNamespaceDeclaration(std::string_view attribute, std::string_view uri) const;
-  void pushDeclaration(std::string_view prefix, std::string_view uri, std::size_t depth);
+  bool checkNamespaceDeclaration(std::string_view attribute, std::string_view uri) const;
+  void pushDeclaration(std::string_view attribute, std::string_view uri, std::size_t depth);
   void popDeclaration();
   void closeDeclarations(std::size_t depth);
   void checkXmlDeclaration(std::string_view text, bool atStart) const;
   void checkPrefixedAttributes();
   void addExpandedName(std::string_view written, std::size_t colon);
   void reportExpandedTwice();
-  void noteOpenName(std::string_view name, std::size_t colon, std::size_t depth);
   void checkCleanStartTagInScope(std::string_view name, std::size_t colon, std::size_t depth, std::size_t count,
                                  bool declares, bool prefixed);
   // The element before at this depth bore the same name, a plain one: a name without a prefix is valid
@@ -161,7 +163,7 @@ class ZrXmlWellFormednessChecker {
   bool repeatsPlainName(std::string_view name, std::size_t depth) const {
     if (depth > m_theOpenNames.size()) return false;
     const OpenName& written = m_theOpenNames[depth - 1];
-    return written.plain && sameText(name, written.name);
+    return written.plain() && sameText(name, written.name());
   }
   void checkRoot(std::string_view name, std::size_t depth);
   void declare(std::string_view attribute, std::string_view uri, std::size_t depth);
@@ -196,10 +198,22 @@ class ZrXmlWellFormednessChecker {
   void checkAttributes(std::size_t depth);
   void checkOtherEndTag(std::string_view name, std::size_t depth);
   // The start tags' names as written, by depth, kept as spares: the elements of one depth mostly bear the
-  // same few names. A plain name is valid and has no prefix, so nothing about it can change.
+  // same few names. A plain name is valid and has no prefix, so nothing about it can change. Each depth
+  // keeps the name before the last one too, so that two kinds of element taking turns are not copied.
   struct OpenName {
-    std::string name;
-    bool plain = false;
+    std::string names[2];
+    bool plains[2] = {false, false};
+    unsigned char current = 0;
+    const std::string& name() const { return names[current]; }
+    bool plain() const { return plains[current]; }
+    // The name becomes the current one: false when it is neither of the two kept, and is copied in.
+    bool recall(std::string_view written) {
+      if (sameText(written, names[current])) return true;
+      current ^= 1;
+      if (sameText(written, names[current])) return true;
+      Zr::assignText(names[current], written);
+      return false;
+    }
   };
   std::vector<OpenName> m_theOpenNames;
   std::size_t m_theInvalidNames = 0;  // names reported invalid so far
