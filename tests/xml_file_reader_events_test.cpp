@@ -155,6 +155,37 @@ TEST(ZrXmlFileReaderEvents, NamespaceDeclarationsAreInheritedAndKept) {
   EXPECT_EQ(reader.openElements().size(), 1u);
 }
 
+// The same with few prefixes in force and with more than the reader looks along one by one.
+TEST(ZrXmlFileReaderEvents, ManyNamespaceDeclarationsComeAndGoWithTheirElements) {
+  for (const int prefixes : {3, 20}) {
+    std::string document = "<r";
+    std::map<std::string, std::string> root;
+    for (int i = 0; i < prefixes; ++i) {
+      const std::string prefix = "p" + std::to_string(i), uri = "urn:" + std::to_string(i);
+      document += " xmlns:" + prefix + "='" + uri + "'";
+      root[prefix] = uri;
+    }
+    document += "><c xmlns:p1='urn:other' xmlns:p2='urn:2' xmlns:q='urn:q'/><e><d xmlns:q='urn:q2'/></e></r>";
+    std::istringstream in(document);
+    ZrXmlFileReader reader("doc.xml", in);
+    ZrTest::PrintCapture capture;
+    ASSERT_EQ(reader.readXml(), 1) << prefixes;
+    EXPECT_EQ(reader.namespacesInForce(0), root) << prefixes;
+    ASSERT_EQ(reader.readXml(), 3) << prefixes;
+    std::map<std::string, std::string> child = root;
+    child["q"] = "urn:q";  // p1 keeps its first URI
+    EXPECT_EQ(reader.namespacesInForce(1), child) << prefixes;
+    EXPECT_EQ(capture.texts(), std::vector<std::string>{"ZrXmlReader Error: Namespace already declared: urn:2\n"})
+        << prefixes;
+    ASSERT_EQ(reader.readXml(), 1) << prefixes;  // <e>: q went with <c>
+    EXPECT_EQ(reader.namespacesInForce(1), root) << prefixes;
+    ASSERT_EQ(reader.readXml(), 3) << prefixes;
+    child["q"] = "urn:q2";
+    EXPECT_EQ(reader.namespacesInForce(2), child) << prefixes;
+    EXPECT_EQ(capture.count(), 1u) << capture.all();
+  }
+}
+
 // Closed elements' entries are reused by the next elements opened at their depth: a reused entry must not
 // keep the name or the declarations of the element it held before.
 TEST(ZrXmlFileReaderEvents, ElementsOpenedAfterOthersClosedHoldOnlyTheirOwn) {

@@ -494,6 +494,8 @@ void ZrXmlFileReader::copyFrom(const ZrXmlFileReader& other) {
   m_theFilename = other.m_theFilename;
   m_theElementStack = other.m_theElementStack;
   m_theNamespacesInForce = other.m_theNamespacesInForce;
+  m_theBindingIndex = other.m_theBindingIndex;
+  m_theBindingsIndexed = other.m_theBindingsIndexed;
   m_theNumOfAttributes = other.m_theNumOfAttributes;
   m_theContent = other.m_theContent;
   m_theContentOffset = other.m_theContentOffset;
@@ -1668,13 +1670,12 @@ bool ZrXmlFileReader::parseStartTag(std::string_view text) {
 void ZrXmlFileReader::declareNamespace(std::string_view name, std::string_view uri) {
   name.remove_prefix(5);  // "xmlns"
   if (!name.empty() && name[0] == ':') name.remove_prefix(1);
-  Zr::assignText(m_thePrefixKey, name);
-  const std::string& prefix = m_thePrefixKey;
-  auto known = m_theNamespacesInForce.find(prefix);
-  if (known != m_theNamespacesInForce.end()) {
+  const std::string_view prefix = name;
+  const std::size_t bound = boundPosition(prefix);
+  if (bound != std::string_view::npos) {
     // XML allows a prefix bound again to the URI it has: strict mode, which reports what XML does not
     // allow, says nothing about it.
-    if (known->second.uri == uri && !m_theChecker) {
+    if (m_theNamespacesInForce[bound].uri == uri && !m_theChecker) {
       std::string uriText(uri);
       Zr::Print::instance().write(Zr::PrintError, "ZrXmlReader Error: Namespace already declared: %s\n",
                                   uriText.c_str());
@@ -1693,22 +1694,42 @@ void ZrXmlFileReader::declareNamespace(std::string_view name, std::string_view u
     Zr::assignText(node.mapped(), uri);
     declarations.insert(std::move(node));
   }
-  if (m_theSpareBindings.empty()) {
-    m_theNamespacesInForce.emplace(prefix, NamespaceBinding{std::string(uri), m_theElementStack.size()});
-  } else {
-    auto node = std::move(m_theSpareBindings.back());
-    m_theSpareBindings.pop_back();
-    Zr::assignText(node.key(), prefix);
-    Zr::assignText(node.mapped().uri, uri);
-    node.mapped().depth = m_theElementStack.size();
-    m_theNamespacesInForce.insert(std::move(node));
+  bindNamespace(prefix, uri);
+}
+
+namespace {
+const std::size_t theFewBindings = 8;  // looked along; more are indexed
+}  // namespace
+
+std::size_t ZrXmlFileReader::boundPosition(std::string_view prefix) {
+  if (!m_theBindingsIndexed) {
+    for (std::size_t at = m_theNamespacesInForce.size(); at-- > 0;)
+      if (Zr::textEqual(prefix, m_theNamespacesInForce[at].prefix)) return at;
+    return std::string_view::npos;
   }
+  Zr::assignText(m_thePrefixKey, prefix);
+  const auto found = m_theBindingIndex.find(m_thePrefixKey);
+  return found == m_theBindingIndex.end() ? std::string_view::npos : found->second;
+}
+
+void ZrXmlFileReader::bindNamespace(std::string_view prefix, std::string_view uri) {
+  NamespaceBinding& binding = m_theNamespacesInForce.push();
+  Zr::assignText(binding.prefix, prefix);
+  Zr::assignText(binding.uri, uri);
+  binding.depth = m_theElementStack.size();
+  if (!m_theBindingsIndexed && m_theNamespacesInForce.size() > theFewBindings) {
+    m_theBindingsIndexed = true;
+    m_theBindingIndex.clear();
+    for (std::size_t i = 0; i + 1 < m_theNamespacesInForce.size(); ++i)
+      m_theBindingIndex.emplace(m_theNamespacesInForce[i].prefix, i);
+  }
+  if (m_theBindingsIndexed) m_theBindingIndex.emplace(binding.prefix, m_theNamespacesInForce.size() - 1);
 }
 
 std::map<std::string, std::string> ZrXmlFileReader::namespacesInForce(std::size_t index) const {
   std::map<std::string, std::string> inForce;
-  for (const auto& binding : m_theNamespacesInForce)
-    if (binding.second.depth <= index + 1) inForce.emplace(binding.first, binding.second.uri);
+  for (const NamespaceBinding& binding : m_theNamespacesInForce)
+    if (binding.depth <= index + 1) inForce.emplace(binding.prefix, binding.uri);
   return inForce;
 }
 
@@ -1816,9 +1837,16 @@ void ZrXmlFileReader::popElement() {
 
 void ZrXmlFileReader::withdrawDeclarations(std::map<std::string, std::string>& declarations) {
   if (declarations.empty()) return;
+  const std::size_t depth = m_theElementStack.size();
+  while (!m_theNamespacesInForce.empty() && m_theNamespacesInForce.back().depth >= depth) {
+    if (m_theBindingsIndexed) m_theBindingIndex.erase(m_theNamespacesInForce.back().prefix);
+    m_theNamespacesInForce.pop();
+  }
+  if (m_theNamespacesInForce.empty() && m_theBindingsIndexed) {
+    m_theBindingsIndexed = false;
+    m_theBindingIndex.clear();
+  }
   for (const auto& declaration : declarations) {
-    auto binding = m_theNamespacesInForce.extract(declaration.first);
-    if (binding) m_theSpareBindings.push_back(std::move(binding));
     const std::uint64_t bytes = declarationBytes(declaration.first.size(), declaration.second.size());
     m_theDeclarationBytes -= std::min(bytes, m_theDeclarationBytes);
   }

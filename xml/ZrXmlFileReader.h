@@ -416,18 +416,25 @@ class ZrXmlFileReader {
   bool m_theAttributesViewBuffer = false;  // some unread name or value views the read buffer
   std::string m_theAttributeText;          // names and values that no longer view the read buffer
   std::unordered_set<std::string_view> m_theAttributeLocals;  // duplicate check of tags with many attributes
-  // The namespace declarations in force, by prefix, with the depth of the element that declared each:
-  // a look-up costs the same however deep the document, and closing an element removes only its own.
+  // The namespace declarations in force, outermost first, each with the depth of the element that
+  // declared it; a prefix is in force once, with the first URI declared for it. Declarations come and go
+  // with their elements, so closing an element takes its own off the top, and popped entries keep their
+  // strings for the next: a document that declares a namespace on every record allocates nothing for it
+  // once warmed up. A look-up goes along the few in force, or past theFewBindings through an index by
+  // prefix, so that it costs the same however many are in force.
   struct NamespaceBinding {
+    std::string prefix;
     std::string uri;
     std::size_t depth;
   };
-  std::unordered_map<std::string, NamespaceBinding> m_theNamespacesInForce;
-  // The nodes of withdrawn declarations, kept for the next ones: a document that declares a namespace on
-  // every record allocates nothing for it once warmed up. Not copied with the reader.
-  std::vector<std::unordered_map<std::string, NamespaceBinding>::node_type> m_theSpareBindings;
+  ZrXmlSpareStack<NamespaceBinding> m_theNamespacesInForce;
+  std::unordered_map<std::string, std::size_t> m_theBindingIndex;  // prefix -> position, when indexed
+  bool m_theBindingsIndexed = false;
+  std::size_t boundPosition(std::string_view prefix);  // of the prefix's binding; npos for none
+  void bindNamespace(std::string_view prefix, std::string_view uri);
+  // The map nodes of withdrawn declarations, kept for the next ones. Not copied with the reader.
   std::vector<std::map<std::string, std::string>::node_type> m_theSpareDeclarations;
-  std::string m_thePrefixKey;  // the prefix looked up, kept for its capacity
+  std::string m_thePrefixKey;  // the prefix looked up in the index, kept for its capacity
   bool m_theStreamExhausted;
   bool m_theSearchingEndTag;    // inside the search that a white-space-only tag started
   bool m_theLastEndTagPopped;   // the last end tag closed the innermost element
