@@ -410,21 +410,20 @@ void ZrXmlWellFormednessChecker::checkComment(std::string_view text) const {
 
 // ---- names and namespaces ----
 
-// The look-up behind declared(): along the declarations in scope, innermost first, or through the index.
+// The declaration in force for the prefix, or null: along the declarations in scope, innermost first, or
+// through the index.
 const ZrXmlWellFormednessChecker::Declaration* ZrXmlWellFormednessChecker::lookUpDeclaration(std::string_view prefix) const {
+  const Declaration* found = nullptr;
   if (!m_theIndexed) {
-    std::size_t unused = 0;
-    std::size_t& lastFound = prefix.empty() ? unused : m_theLastFound[static_cast<unsigned char>(prefix[0])];
-    for (std::size_t at = m_theDeclarations.size(); at-- > 0;)
-      if (sameText(prefix, m_theDeclarations[at].prefix)) {
-        lastFound = at + 1;
-        return &m_theDeclarations[at];
-      }
-    return nullptr;
+    for (std::size_t at = m_theDeclarations.size(); at-- > 0 && !found;)
+      if (sameText(prefix, m_theDeclarations[at].prefix)) found = &m_theDeclarations[at];
+  } else {
+    m_theLookupKey.assign(prefix.data(), prefix.size());
+    const auto entry = m_thePrefixIndex.find(m_theLookupKey);
+    if (entry != m_thePrefixIndex.end()) found = &m_theDeclarations[entry->second];
   }
-  m_theLookupKey.assign(prefix.data(), prefix.size());
-  const auto found = m_thePrefixIndex.find(m_theLookupKey);
-  return found == m_thePrefixIndex.end() ? nullptr : &m_theDeclarations[found->second];
+  if (found && !prefix.empty()) m_theLastFound[static_cast<unsigned char>(prefix[0])] = found;
+  return found;
 }
 
 // A declaration comes into force, after its check. The innermost of its prefix, it is the one a look-up
@@ -444,7 +443,7 @@ void ZrXmlWellFormednessChecker::pushDeclaration(std::string_view attribute, std
   }
   declaration.depth = depth;
   declaration.shadowed = theNoDeclaration;
-  if (!prefix.empty()) m_theLastFound[static_cast<unsigned char>(prefix[0])] = m_theDeclarations.size();
+  if (!prefix.empty()) m_theLastFound[static_cast<unsigned char>(prefix[0])] = &declaration;
   if (!m_theIndexed && m_theDeclarations.size() > theIndexThreshold) {
     m_theIndexed = true;
     m_thePrefixIndex.clear();
@@ -463,7 +462,7 @@ void ZrXmlWellFormednessChecker::pushDeclaration(std::string_view attribute, std
 
 void ZrXmlWellFormednessChecker::popDeclaration() {
   const Declaration& last = m_theDeclarations.back();
-  if (!last.prefix.empty()) m_theLastFound[static_cast<unsigned char>(last.prefix[0])] = 0;
+  if (!last.prefix.empty()) m_theLastFound[static_cast<unsigned char>(last.prefix[0])] = nullptr;
   if (m_theIndexed) {
     if (last.shadowed == theNoDeclaration) m_thePrefixIndex.erase(last.prefix);
     else m_thePrefixIndex[last.prefix] = last.shadowed;
@@ -502,12 +501,11 @@ std::size_t ZrXmlWellFormednessChecker::checkName(std::string_view name) {
   return colon;
 }
 
-// The namespace a prefix stands for: "xml" its own, any other the URI declared for it in scope. A prefix
-// without one (and "xmlns", which is never declared) stands for no namespace, and is reported when asked.
-inline std::string_view ZrXmlWellFormednessChecker::namespaceOfPrefix(std::string_view prefix, bool report) const {
+// The look-up behind namespaceOfPrefix() when the declaration found last does not answer.
+std::string_view ZrXmlWellFormednessChecker::namespaceOfPrefixInScope(std::string_view prefix, bool report) const {
   if (prefix.size() == 3 && prefix == "xml") return theXmlNamespace;
   if (prefix.size() != 5 || prefix != "xmlns") {
-    const Declaration* declaration = declared(prefix);
+    const Declaration* declaration = lookUpDeclaration(prefix);
     if (declaration && !declaration->uri.empty()) return declaration->uri;
   }
   if (report) reportUndeclaredPrefix(prefix);
@@ -519,7 +517,6 @@ void ZrXmlWellFormednessChecker::reportUndeclaredPrefix(std::string_view prefix)
   report("Prefix not declared: " + std::string(prefix));
 }
 
-void ZrXmlWellFormednessChecker::checkPrefixDeclared(std::string_view prefix) const { namespaceOfPrefix(prefix); }
 
 bool ZrXmlWellFormednessChecker::checkNamespaceDeclaration(std::string_view attribute, std::string_view uri) const {
   const std::string_view prefix = attribute.size() > 5 ? attribute.substr(6) : std::string_view();

@@ -131,21 +131,20 @@ class ZrXmlWellFormednessChecker {
   };
 
   void report(const std::string& fault) const;
-  // The declaration in force for the prefix, or null. Mostly the one found last for its first byte.
-  const Declaration* declared(std::string_view prefix) const {
-    if (!m_theIndexed && !prefix.empty()) {
-      const std::size_t lastFound = m_theLastFound[static_cast<unsigned char>(prefix[0])];
-      if (lastFound != 0 && lastFound <= m_theDeclarations.size()) {
-        const Declaration& found = m_theDeclarations[lastFound - 1];
-        if (sameText(prefix, found.prefix)) return &found;
-      }
+  // The namespace a prefix stands for: "xml" its own, any other the URI declared for it in scope. A prefix
+  // without one (and "xmlns", which is never declared) stands for no namespace, and is reported when asked.
+  // Mostly the declaration found last for the prefix's first byte, allowed and so bound to a URI.
+  std::string_view namespaceOfPrefix(std::string_view prefix, bool report = true) const {
+    if (!prefix.empty()) {
+      const Declaration* const last = m_theLastFound[static_cast<unsigned char>(prefix[0])];
+      if (last && last->allowed && sameText(prefix, last->prefix)) return last->uri;
     }
-    return lookUpDeclaration(prefix);
+    return namespaceOfPrefixInScope(prefix, report);
   }
+  std::string_view namespaceOfPrefixInScope(std::string_view prefix, bool report) const;
   const Declaration* lookUpDeclaration(std::string_view prefix) const;
   std::size_t checkName(std::string_view name);
-  void checkPrefixDeclared(std::string_view prefix) const;
-  std::string_view namespaceOfPrefix(std::string_view prefix, bool report = true) const;
+  void checkPrefixDeclared(std::string_view prefix) const { namespaceOfPrefix(prefix); }
   void reportUndeclaredPrefix(std::string_view prefix) const;
   void checkCleanPrefixedAttributes(std::size_t count);
   bool checkNamespaceDeclaration(std::string_view attribute, std::string_view uri) const;
@@ -177,10 +176,10 @@ class ZrXmlWellFormednessChecker {
   std::unordered_map<std::string, std::size_t> m_thePrefixIndex;
   bool m_theIndexed = false;
   mutable std::string m_theLookupKey;  // the prefix looked up, in a string kept for its capacity
-  // By a prefix's first byte, the declaration (index + 1; 0 for none) a look-up found last: a document
-  // uses the same few prefixes again and again. A declaration of a prefix with that first byte, made or
-  // gone out of scope, clears the entry.
-  mutable std::size_t m_theLastFound[256] = {};
+  // By a prefix's first byte, the declaration in scope a look-up found last or that was made last, the
+  // innermost of its prefix: a document uses the same few prefixes again and again. A declaration of a
+  // prefix with that first byte gone out of scope clears the entry. Not copied: it points into the stack.
+  mutable const Declaration* m_theLastFound[256] = {};
   std::unique_ptr<ZrXmlDocumentType> m_theDocumentType;
   bool m_theRootSeen = false;
   bool m_theDoctypeSeen = false;
