@@ -1557,7 +1557,7 @@ int ZrXmlFileReader::tagType(std::string& tag) { return classifyTag(tag); }
 int ZrXmlFileReader::classifyTag(std::string_view tag) {
   if (isAllWhite(tag)) return 5;
   if (tag[0] == '/') {
-    if (m_theChecker) m_theChecker->checkEndTag(stripView(tag.substr(1)), m_theElementStack.size());
+    if (m_theChecker) checkEndTagStrictly(tag);
     return readEndTag(tag);
   }
   if (!mayOpenElement()) return 0;
@@ -1566,6 +1566,11 @@ int ZrXmlFileReader::classifyTag(std::string_view tag) {
   if (empty) tag.remove_suffix(1);
   parseStartTag(stripView(tag));
   return empty ? 3 : 1;
+}
+
+// Out of line, so that the forgiving mode's classifyTag stays as small as it was without strict mode.
+void ZrXmlFileReader::checkEndTagStrictly(std::string_view tag) {
+  m_theChecker->checkEndTag(stripView(tag.substr(1)), m_theElementStack.size());
 }
 
 int ZrXmlFileReader::readEndTag(std::string_view tag) {

@@ -356,6 +356,7 @@ class ZrXmlFileReader {
   void skipCommentRest(char lastChar, std::string* text);
   bool skipCommentOrDeclaration(std::string_view tag, std::string* text);
   int classifyTag(std::string_view tag);
+  __attribute__((noinline)) void checkEndTagStrictly(std::string_view tag);
   int readEndTag(std::string_view tag);
   bool parseStartTag(std::string_view text);
   void declareNamespace(std::string_view name, std::string_view uri);

@@ -267,12 +267,7 @@ inline std::size_t scanQualifiedName(std::string_view text, bool& valid) {
 }
 
 // Compared character by character: names are short, and a call of memcmp costs more than they do.
-bool sameName(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i)
-    if (a[i] != b[i]) return false;
-  return true;
-}
+bool sameName(std::string_view a, std::string_view b) { return Zr::textEqual(a, b); }
 
 // Attributes compared pairwise as they come; a tag with more is sorted as well.
 const std::size_t thePairwiseLimit = 16;

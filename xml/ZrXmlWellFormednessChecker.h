@@ -4,6 +4,7 @@
 #include <ZrXmlDocumentType.h>
 #include <ZrXmlSpareStack.h>
 #include <ZrTextAssign.h>
+#include <ZrTextEqual.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -225,12 +226,7 @@ class ZrXmlWellFormednessChecker {
   static const std::size_t theValidNames = 4;
   ValidName m_theValidNames[theValidNames];
   std::size_t m_theNextValidName = 0;  // the entry the next valid name replaces
-  static bool sameText(std::string_view one, const std::string& other) {
-    if (one.size() != other.size()) return false;
-    for (std::size_t i = 0; i < one.size(); ++i)
-      if (one[i] != other[i]) return false;
-    return true;
-  }
+  static bool sameText(std::string_view one, const std::string& other) { return Zr::textEqual(one, other); }
   struct ExpandedName {
     std::string_view uri, local, written;
   };
