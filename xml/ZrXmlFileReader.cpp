@@ -1335,11 +1335,11 @@ inline void ZrXmlFileReader::startAttributes() {
 // One attribute of a start tag: a namespace declaration is applied, an xsi: attribute left to the reader
 // of schemas, any other kept for reading.
 inline void ZrXmlFileReader::takeAttribute(std::string_view name, std::size_t localOffset, std::string_view value,
-                                           bool mayHoldReferences) {
+                                           bool mayHoldReferences, bool distinct) {
   if (name[0] == 'x' && startsWith(name, "xmlns"))
     declareNamespace(name, value);
   else if (name[0] != 'x' || !startsWith(name, "xsi:"))
-    addAttribute(name, localOffset, value, mayHoldReferences);
+    addAttribute(name, localOffset, value, mayHoldReferences, distinct);
   else if (name == "xsi:nil")
     m_theNilElement = value == "true" || value == "1";
 }
@@ -1397,8 +1397,9 @@ int ZrXmlFileReader::readCleanStartTag(std::size_t close) {
   pushElement();
   startAttributes();
   if (references) m_theAttributeText.reserve(static_cast<std::size_t>(end - begin));  // see addAttribute
+  // Names written once each: without a prefix, their local names differ too.
   for (std::size_t i = 0; i < count; ++i)  // npos + 1: no prefix
-    takeAttribute(attributes[i].name, attributes[i].colon + 1, attributes[i].value, references);
+    takeAttribute(attributes[i].name, attributes[i].colon + 1, attributes[i].value, references, !prefixed);
   const std::string_view local = nameColon == std::string_view::npos ? name : name.substr(nameColon + 1);
   assignNameIfChanged(m_theElementStack.back().element, SplitName{std::string_view(begin, 0), local, false, false});
   if (m_theFreshEntry) m_theEntryBytes += nameBytes(name.size());
@@ -1569,6 +1570,9 @@ int ZrXmlFileReader::classifyTag(std::string_view tag) {
 }
 
 // Out of line, so that the forgiving mode's classifyTag stays as small as it was without strict mode.
+#if defined(__GNUC__)
+__attribute__((noinline))
+#endif
 void ZrXmlFileReader::checkEndTagStrictly(std::string_view tag) {
   m_theChecker->checkEndTag(stripView(tag.substr(1)), m_theElementStack.size());
 }
@@ -1741,13 +1745,13 @@ std::map<std::string, std::string> ZrXmlFileReader::namespacesInForce(std::size_
 // The first value of a name is kept. A tag's duplicates are looked for among its earlier attributes one by
 // one, and through a set once it has many, so a tag with a million attributes is still read in linear time.
 void ZrXmlFileReader::addAttribute(std::string_view name, std::size_t localOffset, std::string_view value,
-                                   bool mayHoldReferences) {
+                                   bool mayHoldReferences, bool distinct) {
   const std::string_view local = name.substr(localOffset);
   const std::size_t theFewAttributes = 16;
-  if (m_theAttributeCount < theFewAttributes) {
+  if (!distinct && m_theAttributeCount < theFewAttributes) {
     for (std::size_t i = 0; i < m_theAttributeCount; ++i)
-      if (m_theAttributeEntries[i].local() == local) return;
-  } else {
+      if (Zr::textEqual(m_theAttributeEntries[i].local(), local)) return;
+  } else if (!distinct) {
     if (m_theAttributeLocals.empty())
       for (std::size_t i = 0; i < m_theAttributeCount; ++i) m_theAttributeLocals.insert(m_theAttributeEntries[i].local());
     if (!m_theAttributeLocals.insert(local).second) return;

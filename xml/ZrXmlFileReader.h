@@ -356,16 +356,17 @@ class ZrXmlFileReader {
   void skipCommentRest(char lastChar, std::string* text);
   bool skipCommentOrDeclaration(std::string_view tag, std::string* text);
   int classifyTag(std::string_view tag);
-  __attribute__((noinline)) void checkEndTagStrictly(std::string_view tag);
+  void checkEndTagStrictly(std::string_view tag);
   int readEndTag(std::string_view tag);
   bool parseStartTag(std::string_view text);
   void declareNamespace(std::string_view name, std::string_view uri);
   void startAttributes();
   void takeAttribute(std::string_view name, std::size_t localOffset, std::string_view value,
-                     bool mayHoldReferences = true);
+                     bool mayHoldReferences = true, bool distinct = false);
   // mayHoldReferences false: the caller saw no '&' in the value, which need not be looked at again.
+  // distinct: the caller knows the tag's local names to differ, which need not be compared again.
   void addAttribute(std::string_view name, std::size_t localOffset, std::string_view value,
-                    bool mayHoldReferences = true);
+                    bool mayHoldReferences = true, bool distinct = false);
   void pushElement();
   void popElement();
   void withdrawDeclarations(std::map<std::string, std::string>& declarations);
