@@ -329,16 +329,17 @@ inline unsigned char cleanNameClass(char c) { return theCleanNameTable[static_ca
 
 // A qualified name of ASCII name characters at `at`: its end (the first byte that is no name character),
 // with the position of its ':' in `colon` (npos for none); null when it is no such name (empty, a bad
-// first character, a ':' at its end, before a bad character or after another ':').
-inline const char* scanCleanName(const char* at, const char* end, std::size_t& colon) {
+// first character, a ':' at its end, before a bad character or after another ':'). The tag it stands in
+// ends at a '>', which is no name character, so the scan needs no other bound.
+inline const char* scanCleanName(const char* at, std::size_t& colon) {
   const char* const begin = at;
   colon = std::string_view::npos;
-  if (at == end || !(cleanNameClass(*at) & CleanNameStart)) return nullptr;
-  for (++at; at < end; ++at) {
+  if (!(cleanNameClass(*at) & CleanNameStart)) return nullptr;
+  for (++at;; ++at) {
     const unsigned char charClass = cleanNameClass(*at);
     if (charClass & CleanNamePart) continue;
     if (!(charClass & CleanNameColon)) break;
-    if (colon != std::string_view::npos || at + 1 == end || !(cleanNameClass(at[1]) & CleanNameStart)) return nullptr;
+    if (colon != std::string_view::npos || !(cleanNameClass(at[1]) & CleanNameStart)) return nullptr;
     colon = static_cast<std::size_t>(at - begin);
   }
   return at;
@@ -1354,7 +1355,7 @@ int ZrXmlFileReader::readCleanStartTag(std::size_t close) {
   const char* const begin = m_theReadBuffer.data() + m_theReadIndex;
   const char* end = m_theReadBuffer.data() + close;
   std::size_t nameColon;
-  const char* at = scanCleanName(begin, end, nameColon);
+  const char* at = scanCleanName(begin, nameColon);
   if (!at) return theNotClean;
   const std::string_view name(begin, static_cast<std::size_t>(at - begin));
   const bool empty = end[-1] == '/';
@@ -1363,19 +1364,20 @@ int ZrXmlFileReader::readCleanStartTag(std::size_t close) {
   ZrXmlWellFormednessChecker::CleanAttribute* const attributes = m_theChecker->cleanAttributes();
   std::size_t count = 0;
   bool declares = false, prefixed = false, references = false;
+  // The text ends before a '>' (or "/>"), which no name, white space or '=' holds: the scans stop there.
   while (at < end) {
     if (!isWhite(*at)) return theNotClean;
     do ++at;
-    while (at < end && isWhite(*at));
+    while (isWhite(*at));
     if (at == end) break;
     std::size_t colon;
-    const char* const nameEnd = scanCleanName(at, end, colon);
+    const char* const nameEnd = scanCleanName(at, colon);
     if (!nameEnd || count == ZrXmlWellFormednessChecker::theCleanAttributeLimit) return theNotClean;
     const std::string_view attribute(at, static_cast<std::size_t>(nameEnd - at));
-    for (at = nameEnd; at < end && isWhite(*at);) ++at;
+    for (at = nameEnd; isWhite(*at);) ++at;
     if (at == end || *at != '=') return theNotClean;
     do ++at;
-    while (at < end && isWhite(*at));
+    while (isWhite(*at));
     if (at == end || (*at != '"' && *at != '\'')) return theNotClean;
     const char* quote = findValueStop(at + 1, end, readable, *at);
     for (; quote && *quote == '&'; quote = findValueStop(quote + 1, end, readable, *at)) references = true;
