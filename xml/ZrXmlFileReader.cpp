@@ -1748,7 +1748,7 @@ std::map<std::string, std::string> ZrXmlFileReader::namespacesInForce(std::size_
 // one, and through a set once it has many, so a tag with a million attributes is still read in linear time.
 void ZrXmlFileReader::addAttribute(std::string_view name, std::size_t localOffset, std::string_view value,
                                    bool mayHoldReferences, bool distinct) {
-  const std::string_view local = name.substr(localOffset);
+  const std::string_view local(name.data() + localOffset, name.size() - localOffset);
   const std::size_t theFewAttributes = 16;
   if (!distinct && m_theAttributeCount < theFewAttributes) {
     for (std::size_t i = 0; i < m_theAttributeCount; ++i)
@@ -1758,24 +1758,8 @@ void ZrXmlFileReader::addAttribute(std::string_view name, std::size_t localOffse
       for (std::size_t i = 0; i < m_theAttributeCount; ++i) m_theAttributeLocals.insert(m_theAttributeEntries[i].local());
     if (!m_theAttributeLocals.insert(local).second) return;
   }
-  if (mayHoldReferences && expanding() && findShortFirst(value.data(), value.data() + value.size(), '&')) {
-    // Reserved for the whole tag when it began, so the text held so far never moves, unless entities of
-    // the document type made a value longer than it was written: then the values held move with it.
-    m_theScratch.assign(value.data(), value.size());
-    expandReferencesIn(m_theScratch, true);
-    const std::size_t offset = m_theAttributeText.size();
-    if (offset + m_theScratch.size() > m_theAttributeText.capacity()) {
-      const char* const before = m_theAttributeText.data();
-      m_theAttributeText.reserve(2 * (offset + m_theScratch.size()));
-      for (std::size_t i = 0; i < m_theAttributeCount; ++i) {
-        std::string_view& held = m_theAttributeEntries[i].value;
-        if (held.data() >= before && held.data() <= before + offset)
-          held = std::string_view(m_theAttributeText.data() + (held.data() - before), held.size());
-      }
-    }
-    m_theAttributeText.append(m_theScratch);
-    value = std::string_view(m_theAttributeText).substr(offset);
-  }
+  if (mayHoldReferences && expanding() && findShortFirst(value.data(), value.data() + value.size(), '&'))
+    value = expandedAttributeValue(value);
   if (m_theAttributeCount == m_theAttributeEntries.size()) m_theAttributeEntries.emplace_back();
   AttributeEntry& entry = m_theAttributeEntries[m_theAttributeCount++];
   entry.name = name;
@@ -1785,6 +1769,26 @@ void ZrXmlFileReader::addAttribute(std::string_view name, std::size_t localOffse
   entry.taken = false;
   ++m_theUnreadAttributes;
   m_theAttributesViewBuffer = true;
+}
+
+// A value holding references, expanded into the tag's attribute text. That text was reserved for the
+// whole tag when it began, so the text held so far never moves, unless entities of the document type
+// made a value longer than it was written: then the values held move with it.
+std::string_view ZrXmlFileReader::expandedAttributeValue(std::string_view value) {
+  m_theScratch.assign(value.data(), value.size());
+  expandReferencesIn(m_theScratch, true);
+  const std::size_t offset = m_theAttributeText.size();
+  if (offset + m_theScratch.size() > m_theAttributeText.capacity()) {
+    const char* const before = m_theAttributeText.data();
+    m_theAttributeText.reserve(2 * (offset + m_theScratch.size()));
+    for (std::size_t i = 0; i < m_theAttributeCount; ++i) {
+      std::string_view& held = m_theAttributeEntries[i].value;
+      if (held.data() >= before && held.data() <= before + offset)
+        held = std::string_view(m_theAttributeText.data() + (held.data() - before), held.size());
+    }
+  }
+  m_theAttributeText.append(m_theScratch);
+  return std::string_view(m_theAttributeText).substr(offset);
 }
 
 void ZrXmlFileReader::clearAttributes() {

@@ -367,6 +367,7 @@ class ZrXmlFileReader {
   // distinct: the caller knows the tag's local names to differ, which need not be compared again.
   void addAttribute(std::string_view name, std::size_t localOffset, std::string_view value,
                     bool mayHoldReferences = true, bool distinct = false);
+  std::string_view expandedAttributeValue(std::string_view value);
   void pushElement();
   void popElement();
   void withdrawDeclarations(std::map<std::string, std::string>& declarations);
@@ -406,7 +407,7 @@ class ZrXmlFileReader {
     ZrToken token;                 // built on first request
     bool tokenBuilt = false;
     bool taken = false;            // handed out by attributeValue()
-    std::string_view local() const { return name.substr(localOffset); }
+    std::string_view local() const { return std::string_view(name.data() + localOffset, name.size() - localOffset); }
   };
   mutable std::vector<AttributeEntry> m_theAttributeEntries;
   std::size_t m_theAttributeCount = 0;
