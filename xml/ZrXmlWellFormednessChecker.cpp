@@ -637,6 +637,32 @@ void ZrXmlWellFormednessChecker::reportExpandedTwice() {
       report("Attribute specified twice: " + std::string(names[i].written));
 }
 
+// A clean tag's prefixed attributes: each prefix declared. True when two of them have one local name, so
+// that their namespaces decide whether they name one attribute. Few names: a look at each pair finds none
+// twice far sooner than sorting them would.
+inline bool ZrXmlWellFormednessChecker::checkCleanPrefixes(std::size_t count) const {
+  const CleanAttribute* const attributes = m_theCleanAttributes;
+  bool localTwice = false;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (!isCleanPrefixed(attributes[i])) continue;
+    namespaceOfPrefix(cleanPrefix(attributes[i]));
+    for (std::size_t earlier = 0; earlier < i && !localTwice; ++earlier)
+      localTwice = isCleanPrefixed(attributes[earlier]) && sameName(cleanLocal(attributes[i]), cleanLocal(attributes[earlier]));
+  }
+  return localTwice;
+}
+
+// Prefixed names of one local name: reported when their prefixes stand for one namespace.
+void ZrXmlWellFormednessChecker::checkCleanExpandedNames(std::size_t count) {
+  const CleanAttribute* const attributes = m_theCleanAttributes;
+  m_theExpandedNames.clear();
+  for (std::size_t i = 0; i < count; ++i)
+    if (isCleanPrefixed(attributes[i]))
+      m_theExpandedNames.push_back({namespaceOfPrefix(cleanPrefix(attributes[i]), false),
+                                    cleanLocal(attributes[i]), attributes[i].name});
+  reportExpandedTwice();
+}
+
 void ZrXmlWellFormednessChecker::checkCleanStartTagInScope(std::string_view name, std::size_t colon, std::size_t depth,
                                                            std::size_t count, bool declares, bool prefixed) {
   const CleanAttribute* const attributes = m_theCleanAttributes;
@@ -644,36 +670,14 @@ void ZrXmlWellFormednessChecker::checkCleanStartTagInScope(std::string_view name
   if (declares)
     for (std::size_t i = 0; i < count; ++i)
       if (attributes[i].colon == theDeclarationColon) declare(attributes[i].name, attributes[i].value, depth);
-  if (prefixed) checkCleanPrefixedAttributes(count);
+  if (prefixed && checkCleanPrefixes(count)) checkCleanExpandedNames(count);
   // The element's name at its depth, its prefix declared, unless an element before it here bore the same
   // plain name.
   if (m_theOpenNames.size() < depth) m_theOpenNames.resize(depth);
   OpenName& written = m_theOpenNames[depth - 1];
   if (written.recall(name) && written.plain()) return;
-  if (colon != std::string_view::npos) checkPrefixDeclared(name.substr(0, colon));
+  if (colon != std::string_view::npos) checkPrefixDeclared(std::string_view(name.data(), colon));
   written.plains[written.current] = colon == std::string_view::npos;
-}
-
-// A clean tag's prefixed attributes: each prefix declared, and no two names standing for one attribute.
-// Few names: a look at each pair finds none twice far sooner than sorting them would.
-void ZrXmlWellFormednessChecker::checkCleanPrefixedAttributes(std::size_t count) {
-  const CleanAttribute* const attributes = m_theCleanAttributes;
-  const auto prefixed = [](const CleanAttribute& attribute) { return attribute.colon < theDeclarationColon; };
-  const auto local = [](const CleanAttribute& attribute) { return attribute.name.substr(attribute.colon + 1); };
-  bool localTwice = false;  // two prefixed names with one local name: their namespaces decide
-  for (std::size_t i = 0; i < count; ++i) {
-    if (!prefixed(attributes[i])) continue;
-    namespaceOfPrefix(attributes[i].name.substr(0, attributes[i].colon));
-    for (std::size_t earlier = 0; earlier < i && !localTwice; ++earlier)
-      localTwice = prefixed(attributes[earlier]) && sameName(local(attributes[i]), local(attributes[earlier]));
-  }
-  if (!localTwice) return;
-  m_theExpandedNames.clear();
-  for (std::size_t i = 0; i < count; ++i)
-    if (prefixed(attributes[i]))
-      m_theExpandedNames.push_back({namespaceOfPrefix(attributes[i].name.substr(0, attributes[i].colon), false),
-                                    local(attributes[i]), attributes[i].name});
-  reportExpandedTwice();
 }
 
 // A tag with more attributes than are compared pairwise: sorted, so that the check stays

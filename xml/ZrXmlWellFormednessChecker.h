@@ -147,7 +147,15 @@ class ZrXmlWellFormednessChecker {
   std::size_t checkName(std::string_view name);
   void checkPrefixDeclared(std::string_view prefix) const { namespaceOfPrefix(prefix); }
   void reportUndeclaredPrefix(std::string_view prefix) const;
-  void checkCleanPrefixedAttributes(std::size_t count);
+  bool checkCleanPrefixes(std::size_t count) const;
+  void checkCleanExpandedNames(std::size_t count);
+  static bool isCleanPrefixed(const CleanAttribute& attribute) { return attribute.colon < theDeclarationColon; }
+  static std::string_view cleanPrefix(const CleanAttribute& attribute) {
+    return std::string_view(attribute.name.data(), attribute.colon);
+  }
+  static std::string_view cleanLocal(const CleanAttribute& attribute) {
+    return std::string_view(attribute.name.data() + attribute.colon + 1, attribute.name.size() - attribute.colon - 1);
+  }
   bool checkNamespaceDeclaration(std::string_view attribute, std::string_view uri) const;
   void pushDeclaration(std::string_view attribute, std::string_view uri, std::size_t depth);
   void popDeclaration();
