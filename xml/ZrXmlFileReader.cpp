@@ -25,15 +25,18 @@ const std::size_t theBlockSize = 16384;
 
 // A read buffer whose capacity grew past this (after a long token) is shrunk once it is mostly empty.
 const std::size_t theShrinkThreshold = 4 * 1024 * 1024;
+// Namespace bindings in force up to this many are looked along; more are indexed by prefix.
+const std::size_t theFewBindings = 8;
 // What memory an open-element entry and a namespace declaration cost: the objects themselves, their tree
 // and hash nodes, the texts, and the allocator's own share. Measured with glibc on 64-bit Linux (the
 // resident size of 100,000 nested elements: 221 bytes each; 506 when each declares a namespace of 28
-// characters of prefix and URI; 63 more for a name of 40 characters), and rounded up, so that the
-// estimate of what a reader holds stays a little above what it really holds.
+// characters of prefix and URI; 63 more for a name of 40 characters; a declaration's binding indexed by
+// prefix, as it is past a few in force, 54 more), and rounded up, so that the estimate of what a reader
+// holds stays a little above what it really holds.
 const std::uint64_t theEntryBytes = 240;
 std::uint64_t nameBytes(std::size_t length) { return length > 15 ? length + 32 : 0; }  // past the string's own room
 std::uint64_t declarationBytes(std::size_t prefixLength, std::size_t uriLength) {
-  return 256 + 2 * (prefixLength + uriLength);
+  return 320 + 2 * (prefixLength + uriLength);
 }
 
 // Character classes, one bit each, looked up in a 256-entry table.
@@ -1707,10 +1710,6 @@ void ZrXmlFileReader::declareNamespace(std::string_view name, std::string_view u
   }
   bindNamespace(prefix, uri);
 }
-
-namespace {
-const std::size_t theFewBindings = 8;  // looked along; more are indexed
-}  // namespace
 
 std::size_t ZrXmlFileReader::boundPosition(std::string_view prefix) {
   if (!m_theBindingsIndexed) {
