@@ -1336,6 +1336,19 @@ inline void ZrXmlFileReader::startAttributes() {
   clearAttributes();
 }
 
+// The attribute joins the tag's entries, as it stands.
+inline void ZrXmlFileReader::holdAttribute(std::string_view name, std::size_t localOffset, std::string_view value) {
+  if (m_theAttributeCount == m_theAttributeEntries.size()) m_theAttributeEntries.emplace_back();
+  AttributeEntry& entry = m_theAttributeEntries[m_theAttributeCount++];
+  entry.name = name;
+  entry.localOffset = localOffset;
+  entry.value = value;
+  entry.tokenBuilt = false;
+  entry.taken = false;
+  ++m_theUnreadAttributes;
+  m_theAttributesViewBuffer = true;
+}
+
 // One attribute of a start tag: a namespace declaration is applied, an xsi: attribute left to the reader
 // of schemas, any other kept for reading.
 inline void ZrXmlFileReader::takeAttribute(std::string_view name, std::size_t localOffset, std::string_view value,
@@ -1402,9 +1415,17 @@ int ZrXmlFileReader::readCleanStartTag(std::size_t close) {
   pushElement();
   startAttributes();
   if (references) m_theAttributeText.reserve(static_cast<std::size_t>(end - begin));  // see addAttribute
-  // Names written once each: without a prefix, their local names differ too.
-  for (std::size_t i = 0; i < count; ++i)  // npos + 1: no prefix
-    takeAttribute(attributes[i].name, attributes[i].colon + 1, attributes[i].value, references, !prefixed);
+  // Names written once each: without a prefix, their local names differ too, and one that begins with
+  // no 'x' is neither a declaration nor an xsi: attribute. Such an attribute, its value holding nothing
+  // to expand, is held as it is.
+  const bool expandable = references && expanding();
+  for (std::size_t i = 0; i < count; ++i) {  // npos + 1: no prefix
+    const ZrXmlWellFormednessChecker::CleanAttribute& attribute = attributes[i];
+    if (!prefixed && !expandable && attribute.name[0] != 'x')
+      holdAttribute(attribute.name, 0, attribute.value);
+    else
+      takeAttribute(attribute.name, attribute.colon + 1, attribute.value, references, !prefixed);
+  }
   const std::string_view local = nameColon == std::string_view::npos ? name : name.substr(nameColon + 1);
   assignNameIfChanged(m_theElementStack.back().element, SplitName{std::string_view(begin, 0), local, false, false});
   if (m_theFreshEntry) m_theEntryBytes += nameBytes(name.size());
@@ -1759,15 +1780,7 @@ void ZrXmlFileReader::addAttribute(std::string_view name, std::size_t localOffse
   }
   if (mayHoldReferences && expanding() && findShortFirst(value.data(), value.data() + value.size(), '&'))
     value = expandedAttributeValue(value);
-  if (m_theAttributeCount == m_theAttributeEntries.size()) m_theAttributeEntries.emplace_back();
-  AttributeEntry& entry = m_theAttributeEntries[m_theAttributeCount++];
-  entry.name = name;
-  entry.localOffset = localOffset;
-  entry.value = value;
-  entry.tokenBuilt = false;
-  entry.taken = false;
-  ++m_theUnreadAttributes;
-  m_theAttributesViewBuffer = true;
+  holdAttribute(name, localOffset, value);
 }
 
 // A value holding references, expanded into the tag's attribute text. That text was reserved for the

@@ -368,6 +368,7 @@ class ZrXmlFileReader {
   void addAttribute(std::string_view name, std::size_t localOffset, std::string_view value,
                     bool mayHoldReferences = true, bool distinct = false);
   std::string_view expandedAttributeValue(std::string_view value);
+  void holdAttribute(std::string_view name, std::size_t localOffset, std::string_view value);
   void pushElement();
   void popElement();
   void withdrawDeclarations(std::map<std::string, std::string>& declarations);
