@@ -111,6 +111,7 @@ TEST(ZrXmlFileReaderStrict, WellFormedDocumentsPassWithTheirEvents) {
       {"references", "<doc a='&#x3C;&quot;'>&lt;&#65;&gt;</doc>", {"1 doc a=<\"", "4 doc '<A>'", "0"}},
       {"entity of a document type", "<!DOCTYPE doc [<!ENTITY e \"x\">]><doc>&e;</doc>", {"1 doc", "4 doc 'x'", "0"}},
       {"white space around '='", "<doc a = \"1\"\n b\t=\t'2' />", {"3 doc a=1 b=2", "0"}},
+      {"names beginning with x beside others, handed out by name", "<doc x=\"1\" b=\"2\" xy=\"3\"/>", {"3 doc b=2 x=1 xy=3", "0"}},
       {"reference past sixteen bytes of a value", "<doc a=\"0123456789abcdefgh&amp;i\" b=\"&#65;\"/>",
        {"3 doc a=0123456789abcdefgh&i b=A", "0"}},
       {"name above ASCII", "<doc><\xC3\xA9t\xC3\xA9 a=\"1\"/></doc>", {"1 doc", "3 \xC3\xA9t\xC3\xA9 a=1", "2 doc", "0"}},
