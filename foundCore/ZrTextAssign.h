@@ -15,7 +15,7 @@ inline void assignText(std::string& to, std::string_view text) {
   const std::size_t held = to.size();
   if (text.size() <= held) {
     if (!text.empty()) std::memcpy(&to[0], text.data(), text.size());
-    to.resize(text.size());  // shortening only sets the length
+    if (text.size() != held) to.resize(text.size());  // shortening only sets the length
   } else if (text.size() <= to.capacity()) {
     if (held != 0) std::memcpy(&to[0], text.data(), held);
     to.append(text.data() + held, text.size() - held);  // within the capacity: a copy and a length

@@ -84,6 +84,12 @@ ZrU32 countWords(std::string_view text) {
   return count;
 }
 
+// A spare string mostly holds the text already: a document declares the same namespaces record after
+// record, and the comparison costs less than the copy.
+inline void assignIfChanged(std::string& to, std::string_view text) {
+  if (!Zr::textEqual(to, text)) Zr::assignText(to, text);
+}
+
 // Trims white space at both ends; a text made only of white space is left as it is, like ZrToken::strip.
 // Tags and names mostly have none: those cost a look at each end.
 inline std::string_view stripView(std::string_view text) {
@@ -1725,8 +1731,8 @@ void ZrXmlFileReader::declareNamespace(std::string_view name, std::string_view u
   } else {
     auto node = std::move(m_theSpareDeclarations.back());
     m_theSpareDeclarations.pop_back();
-    Zr::assignText(node.key(), prefix);
-    Zr::assignText(node.mapped(), uri);
+    assignIfChanged(node.key(), prefix);
+    assignIfChanged(node.mapped(), uri);
     declarations.insert(std::move(node));
   }
   bindNamespace(prefix, uri);
@@ -1745,8 +1751,8 @@ std::size_t ZrXmlFileReader::boundPosition(std::string_view prefix) {
 
 void ZrXmlFileReader::bindNamespace(std::string_view prefix, std::string_view uri) {
   NamespaceBinding& binding = m_theNamespacesInForce.push();
-  Zr::assignText(binding.prefix, prefix);
-  Zr::assignText(binding.uri, uri);
+  assignIfChanged(binding.prefix, prefix);
+  assignIfChanged(binding.uri, uri);
   binding.depth = m_theElementStack.size();
   if (!m_theBindingsIndexed && m_theNamespacesInForce.size() > theFewBindings) {
     m_theBindingsIndexed = true;
