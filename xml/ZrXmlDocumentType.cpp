@@ -322,19 +322,10 @@ bool ZrXmlDocumentType::parseDefaultValue(Cursor& in) {
       fault("'&' not followed by a reference.");
       continue;
     }
-    if (name[0] == '#') {
-      if (!ZrXmlCharacters::isXmlChar(ZrXmlCharacters::characterReferenceCode(name)))
-        fault("Invalid character reference: &" + std::string(name) + ";");
-      continue;
-    }
-    const Entity* declared = entity(name);
-    if (!declared && !declarationsIncomplete() && name != "lt" && name != "gt" && name != "amp" && name != "apos" &&
-        name != "quot")
-      fault("Undefined entity reference: &" + std::string(name) + ";");
-    else if (declared && (declared->external || declared->unparsed))
-      fault("External entity referenced in attribute value: &" + std::string(name) + ";");
-    else if (declared)
-      expandDefault(name);
+    const Entity* internal;
+    const std::string what = valueReferenceFault(name, internal);
+    if (!what.empty()) fault(what);
+    else if (internal) expandDefault(name);
   }
   return true;
 }
@@ -591,6 +582,23 @@ bool ZrXmlDocumentType::expand(std::string_view name, bool inAttribute, std::str
   return true;
 }
 
+// The fault of a reference in an attribute value, its name between '&' and ';', or nothing. `internal`
+// is the internal entity it names, whose text the caller expands; null for any other reference. A
+// predefined entity the document declares again is taken as declared.
+std::string ZrXmlDocumentType::valueReferenceFault(std::string_view name, const Entity*& internal) const {
+  internal = nullptr;
+  const std::string written = "&" + std::string(name) + ";";
+  if (name[0] == '#')
+    return ZrXmlCharacters::isXmlChar(ZrXmlCharacters::characterReferenceCode(name)) ? std::string()
+                                                                                     : "Invalid character reference: " + written;
+  const Entity* found = entity(name);
+  if (!found)
+    return declarationsIncomplete() || predefinedEntity(name) ? std::string() : "Undefined entity reference: " + written;
+  if (found->external || found->unparsed) return "External entity referenced in attribute value: " + written;
+  internal = found;
+  return {};
+}
+
 // ---- an entity's replacement text as content ----
 
 // The replacement text of an entity referred to in content must be content on its own: elements closed
@@ -706,20 +714,12 @@ std::string ZrXmlDocumentType::attributeValueFault(std::string_view value, std::
     const std::size_t semicolon = value.find(';', amp);
     if (semicolon == npos || semicolon == amp + 1) return "'&' not followed by a reference.";
     const std::string_view name = value.substr(amp + 1, semicolon - amp - 1);
-    const std::string written = "&" + std::string(name) + ";";
-    if (name[0] == '#') {
-      if (!ZrXmlCharacters::isXmlChar(ZrXmlCharacters::characterReferenceCode(name)))
-        return "Invalid character reference: " + written;
-      continue;
-    }
-    if (!ZrXmlWellFormednessChecker::isName(name)) return "'&' not followed by a reference.";
-    if (predefinedEntity(name)) continue;
-    const Entity* found = entity(name);
-    if (!found) {
-      if (declarationsIncomplete()) continue;
-      return "Undefined entity reference: " + written;
-    }
-    if (found->external || found->unparsed) return "External entity referenced in attribute value: " + written;
+    if (name[0] != '#' && !ZrXmlWellFormednessChecker::isName(name)) return "'&' not followed by a reference.";
+    if (predefinedEntity(name)) continue;  // here, even when declared again
+    const Entity* internal;
+    std::string what = valueReferenceFault(name, internal);
+    if (!what.empty()) return what;
+    if (!internal) continue;
     expansion.clear();
     if (!expand(name, true, expansion, produced, limit, report)) {
       stopped = true;

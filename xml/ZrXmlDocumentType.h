@@ -78,6 +78,7 @@ class ZrXmlDocumentType {
   bool parseAttributeType(Cursor& in);
   bool parseDefaultValue(Cursor& in);
   void expandDefault(std::string_view name);
+  std::string valueReferenceFault(std::string_view name, const Entity*& internal) const;
   bool checkContent(std::string_view name, const Entity& entity, std::uint64_t& produced, std::uint64_t limit,
                     const Report& report) const;
   std::string markupFault(std::string_view markup, std::vector<std::string_view>& open, std::uint64_t& produced,
