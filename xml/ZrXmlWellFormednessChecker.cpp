@@ -266,9 +266,6 @@ inline std::size_t scanQualifiedName(std::string_view text, bool& valid) {
   return colon;
 }
 
-// Compared character by character: names are short, and a call of memcmp costs more than they do.
-bool sameName(std::string_view a, std::string_view b) { return Zr::textEqual(a, b); }
-
 // Attributes compared pairwise as they come; a tag with more is sorted as well.
 const std::size_t thePairwiseLimit = 16;
 
@@ -596,7 +593,7 @@ void ZrXmlWellFormednessChecker::checkAttributes(std::size_t depth) {
     }
     if (count > thePairwiseLimit) continue;
     for (std::size_t earlier = 0; earlier < i; ++earlier)
-      if (sameName(m_theAttributes[earlier].first, name)) {
+      if (sameText(m_theAttributes[earlier].first, name)) {
         report("Attribute specified twice: " + std::string(name));
         break;
       }
@@ -647,7 +644,7 @@ inline bool ZrXmlWellFormednessChecker::checkCleanPrefixes(std::size_t count) co
     if (!isCleanPrefixed(attributes[i])) continue;
     namespaceOfPrefix(cleanPrefix(attributes[i]));
     for (std::size_t earlier = 0; earlier < i && !localTwice; ++earlier)
-      localTwice = isCleanPrefixed(attributes[earlier]) && sameName(cleanLocal(attributes[i]), cleanLocal(attributes[earlier]));
+      localTwice = isCleanPrefixed(attributes[earlier]) && sameText(cleanLocal(attributes[i]), cleanLocal(attributes[earlier]));
   }
   return localTwice;
 }

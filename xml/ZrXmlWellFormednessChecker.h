@@ -234,7 +234,8 @@ class ZrXmlWellFormednessChecker {
   static const std::size_t theValidNames = 4;
   ValidName m_theValidNames[theValidNames];
   std::size_t m_theNextValidName = 0;  // the entry the next valid name replaces
-  static bool sameText(std::string_view one, const std::string& other) { return Zr::textEqual(one, other); }
+  // Names are short: compared word by word inline, without a call of memcmp.
+  static bool sameText(std::string_view one, std::string_view other) { return Zr::textEqual(one, other); }
   struct ExpandedName {
     std::string_view uri, local, written;
   };
